@@ -1,0 +1,29 @@
+# Settings that every target of this project shares.
+
+# Language level and warnings. Headers of third parties come in as system
+# headers, so that only our own code is held to these warnings.
+function(velmoran_target_defaults target)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+endfunction()
+
+# A shared library lib<name>, target velmoran::<short>, from the sources given.
+function(velmoran_add_library name short)
+    add_library(${name} SHARED ${ARGN})
+    add_library(velmoran::${short} ALIAS ${name})
+    velmoran_target_defaults(${name})
+    string(TOUPPER ${short} upper)
+    target_compile_definitions(${name} PRIVATE VELMORAN_${upper}_BUILDING)
+    target_include_directories(${name} PUBLIC
+        $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/velmoran>)
+    set_target_properties(${name} PROPERTIES
+        EXPORT_NAME ${short}
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR})
+endfunction()

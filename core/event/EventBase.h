@@ -1,0 +1,81 @@
+#pragma once
+
+#include "core/Forward.h"
+#include "core/event/Event.h"
+
+#include <boost/function.hpp>
+
+#include <memory>
+#include <string>
+
+namespace velmoran::core::event
+{
+/// Base of every object that raises or hears events.
+///
+/// Registrations belong to the object: they are kept when the event manager is
+/// replaced, taken away or set later. An object hears an event once, however
+/// often it registered for the event's type.
+///
+/// | operation                   | without event manager | with event manager           |
+/// |-----------------------------|-----------------------|------------------------------|
+/// | triggerEvent                | dropped               | dispatched at once           |
+/// | registerHandler, -ToListen  | kept for later        | heard from the next event on |
+/// | setEventManager(empty)      | nothing               | detached                     |
+/// | setEventManager(the same)   | (n/a)                 | nothing                      |
+/// | setEventManager(another)    | attached              | detached, then attached      |
+///
+/// Detaching: once `setEventManager` or the destructor has returned, no handler of
+///     this object is called again, from any thread. They wait for handlers that
+///     run on other threads, never for one that runs on the calling thread.
+///     Detaching while holding a lock that a running handler wants therefore
+///     cannot work, nor can two handlers that detach each other's objects.
+///     A class with handlers calls `setEventManager` with an empty handle in its
+///     own destructor, before the members that its handlers use go.
+/// Threads: every operation may be called from any thread.
+class VELMORAN_CORE_EXPORT EventBase
+{
+public:
+    using Handler = boost::function<void(Event)>;
+
+    /// Starts attached to `eventManager`, which may be empty.
+    explicit EventBase(const EventManagerPtr& eventManager);
+
+    EventBase(const EventBase&) = delete;
+    EventBase& operator=(const EventBase&) = delete;
+
+    /// Called with every event that this object subscribed to: calls the handlers
+    /// registered for the event's type in the order of their registration, and
+    /// stops when one of them detached or destroyed this object.
+    virtual void handleEvent(Event event);
+
+    virtual ~EventBase();
+
+    /// The event manager; empty when none is set.
+    virtual EventManagerPtr getEventManager();
+
+    /// Replaces the event manager; an empty handle detaches. See above.
+    virtual void setEventManager(boost::shared_ptr<EventManager> eventManager);
+
+    /// Subscribes this object, so that `handleEvent` is called with such events.
+    virtual void registerToListen(EventType type);
+
+    /// Subscribes this object and lets `handleEvent` call `handler`. Ignored when
+    /// `handler` is empty.
+    virtual void registerHandler(EventType type, boost::function<void(Event)> handler);
+
+    /// Raises `event` on the event manager.
+    virtual void triggerEvent(Event event);
+
+    /// Raises an event of the named type with an empty source.
+    virtual void triggerEvent(std::string type, std::string data);
+
+    /// Takes back every registration for `type`; nothing when there is none.
+    /// Waits like detaching does: afterwards no such handler is called again.
+    void unregister(const EventType& type);
+
+private:
+    class Registrations;
+
+    const std::shared_ptr<Registrations> m_registrations; ///< outlives a running handler
+};
+} // namespace velmoran::core::event

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "core/Export.h"
+#include "core/Forward.h"
+
+#include <cstddef>
+#include <string>
+
+namespace velmoran::core::event
+{
+/// The name of a kind of event, e.g. "SceneTopologyUpdate".
+///
+/// Ownership: copies share one immutable name, so copying allocates nothing.
+/// Threads: may be read and copied from any thread.
+class VELMORAN_CORE_EXPORT EventType
+{
+public:
+    EventType(std::string name);
+    EventType(const char* name);
+    virtual ~EventType();
+
+    EventType(const EventType& other);
+    EventType& operator=(const EventType& other);
+
+    const std::string& getName() const;
+
+    /// Hash of the name, computed once when the type is made.
+    std::size_t getHash() const;
+
+    /// Equal when the names are equal.
+    friend VELMORAN_CORE_EXPORT bool operator==(const EventType& a, const EventType& b);
+    friend VELMORAN_CORE_EXPORT bool operator!=(const EventType& a, const EventType& b);
+
+private:
+    struct Name;
+
+    boost::shared_ptr<const Name> m_name; ///< never empty
+};
+} // namespace velmoran::core::event

@@ -1,0 +1,127 @@
+#include "core/event/Registry.h"
+
+#include <algorithm>
+
+namespace velmoran::core::event
+{
+/// Keeps a list of listeners from being changed for as long as it lives.
+class EventManager::Registry::Reading
+{
+public:
+    /// The registry's lock is held by the caller.
+    explicit Reading(ListenersPtr listeners) : m_listeners(std::move(listeners))
+    {
+        m_listeners->readers.fetch_add(1, std::memory_order_relaxed);
+    }
+
+    ~Reading() { m_listeners->readers.fetch_sub(1, std::memory_order_release); }
+
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+    const std::vector<Listener>& list() const { return m_listeners->list; }
+
+private:
+    const ListenersPtr m_listeners;
+};
+
+bool EventManager::Registry::mayHaveListeners(std::size_t typeHash) const
+{
+    return m_typesInSlot[slotOf(typeHash)].load(std::memory_order_acquire) != 0;
+}
+
+bool EventManager::Registry::hasListeners(const EventType& type) const
+{
+    if (!mayHaveListeners(type.getHash()))
+    {
+        return false;
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_listeners.find(type) != m_listeners.end();
+}
+
+void EventManager::Registry::dispatch(const Event& event)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    const auto found = m_listeners.find(event.getEventType());
+    if (found == m_listeners.end())
+    {
+        return;
+    }
+    const Reading listeners(found->second);
+    lock.unlock();
+    for (const Listener& listener : listeners.list())
+    {
+        listener.subscription->deliver(event, listener.handlers);
+    }
+}
+
+void EventManager::Registry::add(const EventType& type, const SubscriptionPtr& subscription,
+                                 const HandlersPtr& handlers)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    ListenersPtr& listeners = m_listeners[type];
+    if (!listeners)
+    {
+        listeners = std::make_shared<Listeners>();
+        m_typesInSlot[slotOf(type.getHash())].fetch_add(1);
+    }
+    editable(listeners).push_back({subscription, handlers});
+}
+
+void EventManager::Registry::replaceHandlers(const EventType& type,
+                                             const SubscriptionPtr& subscription,
+                                             const HandlersPtr& handlers)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_listeners.find(type);
+    if (found == m_listeners.end())
+    {
+        return;
+    }
+    for (Listener& listener : editable(found->second))
+    {
+        if (listener.subscription == subscription)
+        {
+            listener.handlers = handlers;
+        }
+    }
+}
+
+void EventManager::Registry::remove(const EventType& type, const SubscriptionPtr& subscription)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_listeners.find(type);
+    if (found == m_listeners.end())
+    {
+        return;
+    }
+    std::vector<Listener>& list = editable(found->second);
+    list.erase(std::remove_if(list.begin(), list.end(),
+                              [&](const Listener& listener)
+                              { return listener.subscription == subscription; }),
+               list.end());
+    if (list.empty())
+    {
+        m_listeners.erase(found);
+        m_typesInSlot[slotOf(type.getHash())].fetch_sub(1);
+    }
+}
+
+std::size_t EventManager::Registry::slotOf(std::size_t typeHash)
+{
+    return typeHash % 256;
+}
+
+std::vector<EventManager::Registry::Listener>&
+EventManager::Registry::editable(ListenersPtr& listeners)
+{
+    if (listeners->readers.load(std::memory_order_acquire) != 0)
+    {
+        const auto copy = std::make_shared<Listeners>();
+        copy->list = listeners->list;
+        listeners = copy;
+    }
+    return listeners->list;
+}
+} // namespace velmoran::core::event
