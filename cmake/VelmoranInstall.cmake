@@ -1,0 +1,37 @@
+include(CMakePackageConfigHelpers)
+
+set(velmoran_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/velmoran_scene)
+
+install(TARGETS velmoran_core velmoran_scene EXPORT velmoran_targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+# Headers that only the libraries' own sources include.
+set(velmoran_private_headers
+    core/event/Registry.h
+    core/event/Subscription.h
+    scene/geometry/CornerWriter.h
+    scene/graph/NodeWalk.h
+    scene/graph/RaiseIfHeard.h
+    scene/graph/TransformationFolding.h
+    scene/manager/NodeIndex.h
+    scene/manager/SceneGraphMerger.h
+    scene/manager/SceneWorker.h)
+file(GLOB_RECURSE velmoran_headers CONFIGURE_DEPENDS
+    RELATIVE ${PROJECT_SOURCE_DIR} core/*.h scene/*.h)
+list(REMOVE_ITEM velmoran_headers ${velmoran_private_headers})
+foreach(header ${velmoran_headers})
+    get_filename_component(folder ${header} DIRECTORY)
+    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmoran/${folder})
+endforeach()
+install(EXPORT velmoran_targets NAMESPACE velmoran:: DESTINATION ${velmoran_package_dir})
+
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/velmoran_scene-config.cmake.in
+    ${PROJECT_BINARY_DIR}/velmoran_scene-config.cmake
+    INSTALL_DESTINATION ${velmoran_package_dir})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/velmoran_scene-config-version.cmake
+    COMPATIBILITY SameMajorVersion)
+install(FILES
+    ${PROJECT_BINARY_DIR}/velmoran_scene-config.cmake
+    ${PROJECT_BINARY_DIR}/velmoran_scene-config-version.cmake
+    DESTINATION ${velmoran_package_dir})

@@ -1,0 +1,15 @@
+#include "scene/deform/Morph.h"
+
+namespace velmoran::scene
+{
+Morph::Morph(const IGeometryPtr& sourceGeometry) : m_sourceGeometry(sourceGeometry) {}
+
+Morph::~Morph() = default;
+
+IGeometryPtr Morph::getSourceGeometry() const
+{
+    return m_sourceGeometry;
+}
+
+void Morph::setStreams(const std::vector<Stream>&) {}
+} // namespace velmoran::scene

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "scene/Export.h"
+#include "scene/Forward.h"
+
+#include <Eigen/Core>
+
+#include <string>
+#include <vector>
+
+namespace velmoran::scene
+{
+/// How the joints of a skeleton move the vertices of a mesh.
+///
+/// Data: the joints inputs name the joints and give each its inverse bind matrix; the
+///     vertex-weights inputs name the joints that influences count in and hold the
+///     weights. Influences stand in two lists: `vcount` has their number for each
+///     vertex of the source geometry, `v` two integers for each influence, vertex
+///     after vertex: index of the joint, index of the weight. The lists are kept as
+///     they are given; whoever reads them checks the indices.
+/// Ownership: shares its geometry and streams. An input always is one of the skin's
+///     streams, or empty.
+/// Threads: not locked; callers serialise access.
+class VELMORAN_SCENE_EXPORT Skin
+{
+public:
+    /// A skin of `sourceGeometry` without streams and with the identity as bind shape
+    /// matrix.
+    explicit Skin(const IGeometryPtr& sourceGeometry);
+
+    virtual ~Skin();
+
+    /// The skinned mesh; empty when none was given.
+    IGeometryPtr getSourceGeometry() const;
+
+    /// The matrix that takes the mesh to where it was bound to the skeleton.
+    const Eigen::Matrix4f& getBindShapeMatrix() const;
+    void setBindShapeMatrix(const Eigen::Matrix4f& matrix);
+
+    // Streams and inputs
+
+    /// Replaces all streams; empty handles are left out. An input whose stream is not
+    /// among them goes to the first stream of the same ID, and is empty when there is
+    /// none.
+    void setStreams(const std::vector<StreamPtr>& streams);
+    const std::vector<StreamPtr>& getStreams() const;
+
+    /// The first stream with this ID; empty when there is none. Linear.
+    StreamPtr getStreamById(const std::string& id) const;
+
+    /// Makes the stream `streamId` the joints input "JOINT" or "INV_BIND_MATRIX".
+    /// An unknown semantic or ID changes nothing.
+    void setJointsInput(const std::string& semantic, const std::string& streamId);
+
+    /// The joints input "JOINT" (names, in the order of the matrices) or
+    /// "INV_BIND_MATRIX" (16 floats for each joint, row by row); empty when it is not
+    /// set and for any other semantic.
+    StreamPtr getJointsInput(const std::string& semantic) const;
+
+    /// Makes the stream `streamId` the vertex-weights input "JOINT" or "WEIGHT".
+    /// An unknown semantic or ID changes nothing.
+    void setVertexWeightsInput(const std::string& semantic, const std::string& streamId);
+
+    /// The vertex-weights input "JOINT" (names, by the joint indices of influences) or
+    /// "WEIGHT" (by their weight indices); empty when it is not set and for any other
+    /// semantic.
+    StreamPtr getVertexWeightsInput(const std::string& semantic) const;
+
+    /// Puts `stream` in the place of the vertex-weights input "JOINT" or "WEIGHT", in
+    /// the list of streams too. Other inputs that share the replaced stream follow.
+    /// Nothing changes when `stream` is empty, the semantic another one, or the input
+    /// not set.
+    void replaceVertexWeightsStream(const std::string& semantic, const StreamPtr& stream);
+
+    // Influences
+
+    /// The number of influences of each vertex.
+    const std::vector<unsigned int>& getVCount() const;
+    void setVCount(std::vector<unsigned int> vcount);
+
+    /// Joint index and weight index of each influence, in vertex order.
+    const std::vector<int>& getV() const;
+    void setV(std::vector<int> v);
+
+private:
+    enum Input
+    {
+        JOINTS_JOINT,
+        JOINTS_INV_BIND_MATRIX,
+        WEIGHTS_JOINT,
+        WEIGHTS_WEIGHT,
+        INPUT_COUNT ///< also stands for "no such input"
+    };
+
+    static Input jointsInput(const std::string& semantic);
+    static Input vertexWeightsInput(const std::string& semantic);
+    StreamPtr getInput(Input input) const;
+    void setInput(Input input, const std::string& streamId);
+
+    IGeometryPtr m_sourceGeometry;
+    std::vector<StreamPtr> m_streams; ///< none empty
+    Eigen::Matrix4f m_bindShapeMatrix;
+    StreamPtr m_inputs[INPUT_COUNT]; ///< each a member of m_streams, or empty
+    std::vector<unsigned int> m_vcount;
+    std::vector<int> m_v;
+};
+} // namespace velmoran::scene

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "scene/Export.h"
+#include "scene/Forward.h"
+
+#include <cstdint>
+#include <string>
+
+namespace velmoran::scene
+{
+/// A geometry of the scene's library, used by nodes through an `InstanceGeometry`.
+///
+/// Threads: not locked; writers hold the scene lock.
+class VELMORAN_SCENE_EXPORT IGeometry
+{
+public:
+    enum Type : std::int32_t
+    {
+        CONVEX_MESH = 0,
+        MESH,
+        SPLINE,
+        INVALID
+    };
+
+    /// "Convex Mesh", "Mesh", "Spline", "Invalid"; "Invalid2" for any other value.
+    static std::string typeToString(Type type);
+
+    virtual std::string getID() const = 0;
+    virtual void setID(std::string id) = 0;
+
+    virtual std::string getName() const = 0;
+    virtual void setName(std::string name) = 0;
+
+    virtual void setType(Type type) = 0;
+    virtual Type getType() const = 0;
+
+    /// Writes a description for people to standard output.
+    virtual void print() = 0;
+
+    /// A copy with the same ID and name; never empty.
+    virtual IGeometryPtr clone() const = 0;
+
+    virtual ~IGeometry();
+};
+} // namespace velmoran::scene

@@ -1,0 +1,6 @@
+#include "scene/geometry/IPrimitive.h"
+
+namespace velmoran::scene
+{
+IPrimitive::~IPrimitive() = default;
+} // namespace velmoran::scene

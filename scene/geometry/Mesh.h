@@ -1,0 +1,107 @@
+#pragma once
+
+#include "scene/Export.h"
+#include "scene/Forward.h"
+#include "scene/geometry/IGeometry.h"
+#include "scene/geometry/StreamMapping.h"
+
+#include <string>
+#include <vector>
+
+namespace velmoran::scene
+{
+/// A geometry made of streams and of primitives that index them.
+///
+/// Vertices list: the inputs that all primitives of the mesh share, at most one for
+///     each semantic. They are indexed together, through the `VERTEX` input of a
+///     primitive; positions always stand here.
+/// Ownership: holds its streams and primitives. A primitive holds its mesh as well,
+///     so a mesh with primitives lives until `clearPrimitives` is called; a
+///     `GeometryManager` does that for the meshes that only it still holds.
+///     Streams may be shared with other meshes and with skins.
+/// Threads: not locked. Reading from several threads at once is safe while nobody
+///     writes; writers hold the scene lock.
+class VELMORAN_SCENE_EXPORT Mesh : public IGeometry
+{
+public:
+    /// An empty mesh of type `MESH`. Its vertices ID is `id` + "_vertices".
+    Mesh(std::string id, std::string name);
+
+    ~Mesh() override;
+
+    Mesh(const Mesh&) = delete;
+    Mesh& operator=(const Mesh&) = delete;
+
+    std::string getID() const override;
+
+    /// Sets the ID; the vertices ID stays.
+    void setID(std::string id) override;
+
+    std::string getName() const override;
+    void setName(std::string name) override;
+    void setType(Type type) override;
+    Type getType() const override;
+
+    /// Prints every primitive in order.
+    void print() override;
+
+    /// A new mesh of type `MESH` with the same ID and name, clones of the streams and
+    /// clones of the primitives. The inputs in its vertices list and in its
+    /// primitives still point at this mesh's streams.
+    IGeometryPtr clone() const override;
+
+    // Streams
+
+    /// Appends `stream`; an empty handle is ignored.
+    void addStream(const StreamPtr& stream);
+
+    /// Takes out the first entry that is this very stream, if there is one.
+    void removeStream(const StreamPtr& stream);
+
+    /// The first stream with this ID; empty when there is none.
+    StreamPtr getStream(const std::string& id) const;
+
+    const std::vector<StreamPtr>& getStreams() const;
+
+    /// Replaces the list; empty handles are left out.
+    void setStreams(const std::vector<StreamPtr>& streams);
+    void clearStreams();
+
+    // Vertices list
+
+    /// Appends `mapping`, unless there is one of its semantic already.
+    void addVerticesMapping(const StreamMapping& mapping);
+
+    const std::vector<StreamMapping>& getVertices() const;
+
+    /// Replaces the list; of several mappings of a semantic the first one is kept.
+    void setVertices(const std::vector<StreamMapping>& vertices);
+    void clearVertices();
+
+    /// The ID of the vertices list as an element of its own.
+    const std::string& getVerticesID() const;
+    void setVerticesID(const std::string& id);
+
+    // Primitives
+
+    /// Appends `primitive`; an empty handle is ignored.
+    void addPrimitive(const IMeshPrimitivePtr& primitive);
+
+    /// Primitive `index`; empty when there is none.
+    IMeshPrimitivePtr getPrimitive(unsigned int index) const;
+    unsigned int getPrimitiveCount() const;
+    const std::vector<IMeshPrimitivePtr>& getMeshPrimitives() const;
+
+    /// Lets go of all primitives. If they alone held this mesh, it is gone afterwards.
+    void clearPrimitives();
+
+private:
+    std::string m_id;
+    std::string m_name;
+    std::string m_verticesID;
+    std::vector<StreamPtr> m_streams; ///< none empty
+    std::vector<StreamMapping> m_vertices;
+    std::vector<IMeshPrimitivePtr> m_primitives; ///< none empty
+    Type m_type;
+};
+} // namespace velmoran::scene

@@ -1,0 +1,337 @@
+#include "scene/geometry/Stream.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+
+namespace velmoran::scene
+{
+namespace
+{
+// Up to so many tuples, comparing with all of them is cheaper than a table.
+constexpr std::size_t linearLimit = 16;
+
+// Slots that are asked for together.
+constexpr std::size_t blockSize = 16;
+
+constexpr std::size_t maxTuples = std::numeric_limits<int>::max();
+
+bool isSameTuple(const float* a, const float* b, std::size_t width)
+{
+    for (std::size_t i = 0; i < width; ++i)
+    {
+        if (!(a[i] == b[i]))
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Writes a hash that is the same for equal tuples. Returns false for a tuple with a
+/// NaN, which equals nothing.
+bool hashTuple(const float* values, std::size_t width, std::uint32_t& result)
+{
+    bool isOrdered = true;
+    std::uint64_t hash = 0;
+    for (std::size_t i = 0; i < width; ++i)
+    {
+        const float value = values[i] + 0.0f; // equal floats need equal bits: -0.0 becomes 0.0
+        std::uint32_t bits = 0;
+        std::memcpy(&bits, &value, sizeof bits);
+        isOrdered &= value == value;
+        hash = ((hash ^ (hash >> 32)) ^ bits) * 0x9E3779B97F4A7C15u;
+    }
+    result = static_cast<std::uint32_t>(hash >> 32); // the well mixed half
+    return isOrdered;
+}
+
+/// Asks for the cache line at `address`, which is written soon.
+void prefetch([[maybe_unused]] const void* address)
+{
+#if defined(__GNUC__)
+    __builtin_prefetch(address, 1);
+#endif
+}
+} // namespace
+
+Stream::Stream(std::string id, int stride, bool allowDuplicates)
+    : m_id(std::move(id)),
+      m_stride(stride),
+      m_count(0),
+      m_allowDuplicates(allowDuplicates),
+      m_slotBits(0),
+      m_indexedTuples(0)
+{
+}
+
+Stream::~Stream() = default;
+
+Stream::Stream(const Stream& other) = default;
+
+Stream& Stream::operator=(const Stream& other) = default;
+
+StreamPtr Stream::clone() const
+{
+    const StreamPtr copy = boost::make_shared<Stream>(m_id, m_stride, m_allowDuplicates);
+    copy->m_count = m_count;
+    copy->m_data = m_data;
+    return copy;
+}
+
+int Stream::insertValue(int n, const float* values)
+{
+    if (n != m_stride || n <= 0 || values == nullptr)
+    {
+        return -1;
+    }
+    const std::size_t index = getTupleCount();
+    if (m_allowDuplicates)
+    {
+        return append(values, index);
+    }
+    if (index > linearLimit)
+    {
+        return insertIndexed(values, index);
+    }
+    const auto width = static_cast<std::size_t>(n);
+    for (std::size_t i = 0; i < index; ++i)
+    {
+        if (isSameTuple(&m_data[i * width], values, width))
+        {
+            return static_cast<int>(i);
+        }
+    }
+    return append(values, index);
+}
+
+/// Number of whole tuples. The table's count spares the division in a long row of
+/// insertions.
+std::size_t Stream::getTupleCount() const
+{
+    const auto width = static_cast<std::size_t>(m_stride);
+    return m_indexedTuples * width == m_data.size() ? m_indexedTuples : m_data.size() / width;
+}
+
+int Stream::append(const float* values, std::size_t index)
+{
+    if (index >= maxTuples)
+    {
+        return -1;
+    }
+    const auto width = static_cast<std::size_t>(m_stride);
+    if (m_data.capacity() - m_data.size() < width)
+    {
+        // Growing moves the data that `values` may point into.
+        const std::vector<float> tuple(values, values + width);
+        m_data.insert(m_data.end(), tuple.begin(), tuple.end());
+    }
+    else
+    {
+        m_data.insert(m_data.end(), values, values + width);
+    }
+    m_count += m_count < std::numeric_limits<int>::max() ? 1 : 0;
+    return static_cast<int>(index);
+}
+
+int Stream::insertIndexed(const float* values, std::size_t index)
+{
+    std::uint32_t hash = 0;
+    if (!hashTuple(values, static_cast<std::size_t>(m_stride), hash))
+    {
+        return append(values, index);
+    }
+    updateIndex(index);
+    std::uint32_t& slot = findSlot(values, hash);
+    if (slot != 0)
+    {
+        return static_cast<int>(slotTuple(slot));
+    }
+    // Behind a broken last tuple, what is appended is not what will be read at `index`;
+    // the next insertion then takes that into the table.
+    const bool isWhole = m_data.size() == index * static_cast<std::size_t>(m_stride);
+    const int result = append(values, index);
+    if (isWhole && result >= 0)
+    {
+        slot = makeSlot(index, hash);
+        m_indexedTuples = index + 1;
+    }
+    return result;
+}
+
+/// Takes the first `tuples` tuples into the table and leaves room for one more.
+void Stream::updateIndex(std::size_t tuples)
+{
+    // At most two thirds of the slots are taken, which keeps the rows of taken slots short.
+    if ((tuples + 1) * 3 > m_slots.size() * 2)
+    {
+        m_slotBits = 6;
+        while ((tuples + 1) * 3 > (std::size_t(2) << m_slotBits))
+        {
+            ++m_slotBits;
+        }
+        m_slots.assign(std::size_t(1) << m_slotBits, 0);
+        m_indexedTuples = 0;
+    }
+    while (m_indexedTuples < tuples)
+    {
+        indexBlock(std::min(blockSize, tuples - m_indexedTuples));
+    }
+}
+
+/// Takes the next `tuples` tuples, at most blockSize, into the table. Every slot is a
+/// cache miss in a large table; asking for a block of them at once hides most of it.
+void Stream::indexBlock(std::size_t tuples)
+{
+    const auto width = static_cast<std::size_t>(m_stride);
+    const float* const first = &m_data[m_indexedTuples * width];
+    std::uint32_t hashes[blockSize];
+    bool isOrdered[blockSize];
+    for (std::size_t i = 0; i < tuples; ++i)
+    {
+        isOrdered[i] = hashTuple(first + i * width, width, hashes[i]);
+        prefetch(&m_slots[getHome(hashes[i])]);
+    }
+    for (std::size_t i = 0; i < tuples; ++i, ++m_indexedTuples)
+    {
+        if (!isOrdered[i])
+        {
+            continue;
+        }
+        std::uint32_t& slot = findSlot(first + i * width, hashes[i]);
+        if (slot == 0) // else an equal tuple stands before this one and is the answer
+        {
+            slot = makeSlot(m_indexedTuples, hashes[i]);
+        }
+    }
+}
+
+/// The slot that holds a tuple equal to `values`, else the free one where it belongs.
+std::uint32_t& Stream::findSlot(const float* values, std::uint32_t hash)
+{
+    const auto width = static_cast<std::size_t>(m_stride);
+    const std::size_t mask = m_slots.size() - 1;
+    const std::uint32_t tag = makeTag(hash);
+    for (std::size_t i = getHome(hash);; ++i)
+    {
+        std::uint32_t& slot = m_slots[i & mask];
+        const bool isCandidate = (slot ^ tag) <= mask;
+        if (slot == 0 ||
+            (isCandidate && isSameTuple(&m_data[slotTuple(slot) * width], values, width)))
+        {
+            return slot;
+        }
+    }
+}
+
+std::size_t Stream::getHome(std::uint32_t hash) const
+{
+    return static_cast<std::size_t>((std::uint64_t(hash) << m_slotBits) >> 32);
+}
+
+std::uint32_t Stream::makeTag(std::uint32_t hash) const
+{
+    return static_cast<std::uint32_t>(std::uint64_t(hash) << m_slotBits);
+}
+
+std::uint32_t Stream::makeSlot(std::size_t tuple, std::uint32_t hash) const
+{
+    return makeTag(hash) | static_cast<std::uint32_t>(tuple + 1);
+}
+
+std::size_t Stream::slotTuple(std::uint32_t slot) const
+{
+    return (slot & (m_slots.size() - 1)) - 1;
+}
+
+void Stream::dropIndex()
+{
+    m_slots.clear();
+    m_indexedTuples = 0;
+}
+
+const std::string& Stream::getID() const
+{
+    return m_id;
+}
+
+void Stream::setID(const std::string& id)
+{
+    m_id = id;
+}
+
+int Stream::getStride() const
+{
+    return m_stride;
+}
+
+void Stream::setStride(int stride)
+{
+    m_stride = stride;
+    dropIndex();
+}
+
+int Stream::getCount() const
+{
+    return m_count;
+}
+
+void Stream::setCount(int count)
+{
+    m_count = count;
+}
+
+bool Stream::getAllowDuplicates() const
+{
+    return m_allowDuplicates;
+}
+
+void Stream::setAllowDuplicates(bool allowDuplicates)
+{
+    m_allowDuplicates = allowDuplicates;
+}
+
+const std::vector<float>& Stream::getData() const
+{
+    return m_data;
+}
+
+void Stream::setData(std::vector<float> data)
+{
+    m_data = std::move(data);
+    dropIndex();
+}
+
+std::vector<float>& Stream::mutableData()
+{
+    dropIndex();
+    return m_data;
+}
+
+const std::vector<Stream::Param>& Stream::getParamList() const
+{
+    return m_paramList;
+}
+
+void Stream::addParam(const std::string& name, const std::string& type)
+{
+    m_paramList.emplace_back(name, type);
+}
+
+const std::vector<std::string>& Stream::getNameList() const
+{
+    return m_nameList;
+}
+
+void Stream::addName(const std::string& name)
+{
+    m_nameList.push_back(name);
+}
+
+void Stream::setNameList(std::vector<std::string> names)
+{
+    m_nameList = std::move(names);
+}
+} // namespace velmoran::scene

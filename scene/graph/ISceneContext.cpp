@@ -1,0 +1,6 @@
+#include "scene/graph/ISceneContext.h"
+
+namespace velmoran::scene
+{
+ISceneContext::~ISceneContext() = default;
+} // namespace velmoran::scene

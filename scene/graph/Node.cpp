@@ -1,0 +1,565 @@
+#include "scene/graph/Node.h"
+
+#include "core/event/EventManager.h"
+#include "scene/EventTypes.h"
+#include "scene/deform/InstanceController.h"
+#include "scene/geometry/IMeshPrimitive.h"
+#include "scene/geometry/InstanceGeometry.h"
+#include "scene/geometry/Mesh.h"
+#include "scene/graph/ITransformation.h"
+#include "scene/graph/LayerManager.h"
+#include "scene/graph/Light.h"
+#include "scene/graph/NodeWalk.h"
+#include "scene/material/Material.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace velmoran::scene
+{
+namespace
+{
+using core::event::EventManagerPtr;
+using core::event::EventType;
+
+/// The event manager of `scene` when somebody there listens to `type`, else empty.
+EventManagerPtr listenersOf(const boost::weak_ptr<ISceneContext>& scene, const EventType& type)
+{
+    const ISceneContextPtr owner = scene.lock();
+    EventManagerPtr manager = owner ? owner->getEventManager() : EventManagerPtr();
+    return manager && manager->hasListeners(type) ? manager : EventManagerPtr();
+}
+
+template <typename T>
+boost::shared_ptr<T> entryAt(const std::vector<boost::shared_ptr<T>>& list, unsigned int index)
+{
+    return index < list.size() ? list[index] : boost::shared_ptr<T>();
+}
+
+template <typename T>
+void append(std::vector<boost::shared_ptr<T>>& list, const boost::shared_ptr<T>& entry)
+{
+    if (entry)
+    {
+        list.push_back(entry);
+    }
+}
+
+/// Children whose parent has gone, waiting for their turn to be released: a tree is
+/// as deep as a document makes it, and the stack is not.
+using PendingNodes = std::vector<std::vector<NodePtr>>;
+thread_local PendingNodes* t_pendingRelease = nullptr;
+
+const TreeRevisionPtr& revisionOfNodesWithoutScene()
+{
+    static const TreeRevisionPtr revision = boost::make_shared<TreeRevision>(0);
+    return revision;
+}
+
+void releaseWithoutRecursion(std::vector<NodePtr>& children)
+{
+    if (t_pendingRelease != nullptr)
+    {
+        t_pendingRelease->push_back(std::move(children));
+        return;
+    }
+    PendingNodes pending;
+    t_pendingRelease = &pending;
+    pending.push_back(std::move(children));
+    while (!pending.empty())
+    {
+        const std::vector<NodePtr> released = std::move(pending.back());
+        pending.pop_back();
+    }
+    t_pendingRelease = nullptr;
+}
+} // namespace
+
+Node::Node(const boost::shared_ptr<ISceneContext>& scene) : Node(WithID(), scene, generateID()) {}
+
+Node::Node(WithID, const boost::shared_ptr<ISceneContext>& scene, const std::string& id)
+    : m_id(id),
+      m_sceneManager(scene),
+      m_treeRevision(scene ? scene->getTreeRevision() : revisionOfNodesWithoutScene()),
+      m_translation(Eigen::Vector3f::Zero()),
+      m_scale(Eigen::Vector3f::Ones()),
+      m_rotation(Eigen::Transform<float, 3, Eigen::Affine>::Identity()),
+      m_transformations(Eigen::Matrix4f::Identity())
+{
+}
+
+Node::~Node()
+{
+    if (!m_children.empty())
+    {
+        releaseWithoutRecursion(m_children);
+    }
+}
+
+NodePtr Node::copyFor(const boost::shared_ptr<ISceneContext>& scene, const std::string& id) const
+{
+    const NodePtr copy(new Node(WithID(), scene, id));
+    copy->m_sid = m_sid;
+    copy->m_name = m_name;
+    copy->m_type = m_type;
+    copy->m_translation = m_translation;
+    copy->m_rotation = m_rotation;
+    copy->m_scale = m_scale;
+    copy->m_transformations = m_transformations;
+    copy->m_originalTransformations.reserve(m_originalTransformations.size());
+    for (const ITransformationPtr& transformation : m_originalTransformations)
+    {
+        copy->m_originalTransformations.push_back(transformation->clone());
+    }
+    if (scene)
+    {
+        scene->addID(id);
+        scene->addID(m_sid);
+    }
+    return copy;
+}
+
+// Identity
+
+std::string Node::generateID()
+{
+    static std::atomic<unsigned int> seqID{0};
+    return "Node" + std::to_string(seqID.fetch_add(1));
+}
+
+const std::string& Node::getID() const
+{
+    return m_id;
+}
+
+void Node::setID(const std::string& id)
+{
+    m_id = id;
+    noteTreeChange();
+    const ISceneContextPtr scene = m_sceneManager.lock();
+    if (scene)
+    {
+        scene->addID(m_id);
+    }
+}
+
+const std::string& Node::getSID() const
+{
+    return m_sid;
+}
+
+void Node::setSID(const std::string& sid)
+{
+    m_sid = sid;
+    const ISceneContextPtr scene = m_sceneManager.lock();
+    if (scene)
+    {
+        scene->addID(m_sid);
+    }
+}
+
+const std::string& Node::getName() const
+{
+    return m_name;
+}
+
+void Node::setName(const std::string& name)
+{
+    m_name = name;
+}
+
+const std::string& Node::getType() const
+{
+    return m_type;
+}
+
+void Node::setType(const std::string& type)
+{
+    m_type = type;
+}
+
+// Hierarchy
+
+void Node::addNode(const boost::shared_ptr<Node>& child)
+{
+    if (!child || m_sceneManager.expired() || isSelfOrAncestor(*child))
+    {
+        return;
+    }
+    const NodePtr self = weak_from_this().lock();
+    const NodePtr kept = child; // the argument may live in a list that a handler changes
+    m_children.push_back(kept);
+    if (self)
+    {
+        if (!kept->m_parent.expired())
+        {
+            kept->m_formerParents.push_back(kept->m_parent);
+        }
+        kept->m_parent = self;
+    }
+    noteTreeChange();
+    kept->triggerTransformationUpdate();
+    raiseTopologyUpdate("NodeAdded", *kept);
+}
+
+void Node::removeChild(const boost::shared_ptr<Node>& child)
+{
+    if (!child)
+    {
+        return;
+    }
+    const NodePtr kept = child;
+    m_children.erase(std::remove(m_children.begin(), m_children.end(), kept), m_children.end());
+    const auto isThisOrGone = [this](const boost::weak_ptr<Node>& parent)
+    {
+        const NodePtr node = parent.lock();
+        return !node || node.get() == this;
+    };
+    if (isThisOrGone(kept->m_parent))
+    {
+        kept->m_parent.reset();
+    }
+    std::vector<boost::weak_ptr<Node>>& former = kept->m_formerParents;
+    former.erase(std::remove_if(former.begin(), former.end(), isThisOrGone), former.end());
+    noteTreeChange();
+    raiseTopologyUpdate("NodeRemoved", *kept);
+}
+
+boost::shared_ptr<Node> Node::getChildNode(unsigned int index) const
+{
+    return entryAt(m_children, index);
+}
+
+unsigned int Node::getChildCount() const
+{
+    return static_cast<unsigned int>(m_children.size());
+}
+
+const std::vector<boost::shared_ptr<Node>>& Node::getChildren() const
+{
+    return m_children;
+}
+
+boost::shared_ptr<Node> Node::getParent() const
+{
+    return m_parent.lock();
+}
+
+// Instances
+
+void Node::addInstanceCamera(const CameraPtr& camera)
+{
+    append(m_instanceCameras, camera);
+}
+
+unsigned int Node::getInstanceCameraCount() const
+{
+    return static_cast<unsigned int>(m_instanceCameras.size());
+}
+
+CameraPtr Node::getInstanceCamera(unsigned int index) const
+{
+    return entryAt(m_instanceCameras, index);
+}
+
+void Node::addInstanceLight(const LightPtr& light)
+{
+    if (!light)
+    {
+        return;
+    }
+    m_instanceLights.push_back(light);
+    const EventManagerPtr listeners = listenersOf(m_sceneManager, events::nodeAddedLight());
+    if (listeners)
+    {
+        listeners->triggerEvent("NodeAddedLight", m_id + "," + light->getID());
+    }
+}
+
+unsigned int Node::getInstanceLightCount() const
+{
+    return static_cast<unsigned int>(m_instanceLights.size());
+}
+
+LightPtr Node::getInstanceLight(unsigned int index) const
+{
+    return entryAt(m_instanceLights, index);
+}
+
+void Node::addInstanceGeometry(const InstanceGeometryPtr& instance)
+{
+    append(m_instanceGeometries, instance);
+}
+
+void Node::removeInstanceGeometry(const InstanceGeometryPtr& instance)
+{
+    const auto found =
+        std::find(m_instanceGeometries.begin(), m_instanceGeometries.end(), instance);
+    if (found != m_instanceGeometries.end())
+    {
+        m_instanceGeometries.erase(found);
+    }
+}
+
+const std::vector<InstanceGeometryPtr>& Node::getInstancedGeometries() const
+{
+    return m_instanceGeometries;
+}
+
+unsigned int Node::getInstanceGeometryCount() const
+{
+    return static_cast<unsigned int>(m_instanceGeometries.size());
+}
+
+InstanceGeometryPtr Node::getInstanceGeometry(unsigned int index) const
+{
+    return entryAt(m_instanceGeometries, index);
+}
+
+void Node::addInstanceController(const InstanceControllerPtr& instance)
+{
+    append(m_instanceControllers, instance);
+}
+
+const std::vector<InstanceControllerPtr>& Node::getInstancedControllers() const
+{
+    return m_instanceControllers;
+}
+
+unsigned int Node::getInstanceControllerCount() const
+{
+    return static_cast<unsigned int>(m_instanceControllers.size());
+}
+
+InstanceControllerPtr Node::getInstanceController(unsigned int index) const
+{
+    return entryAt(m_instanceControllers, index);
+}
+
+void Node::setMaterial(const MaterialPtr& material, unsigned int geometryIndex,
+                       unsigned int primitiveIndex)
+{
+    const InstanceGeometryPtr instance = getMaterialTarget(geometryIndex);
+    const auto mesh = instance ? boost::dynamic_pointer_cast<Mesh>(instance->getGeometry())
+                               : boost::shared_ptr<Mesh>();
+    const IMeshPrimitivePtr primitive =
+        mesh ? mesh->getPrimitive(primitiveIndex) : IMeshPrimitivePtr();
+    if (!material || !primitive)
+    {
+        return;
+    }
+    instance->setMaterial(primitive->getMaterialSymbol(), material);
+    const EventManagerPtr listeners = listenersOf(m_sceneManager, events::nodeMaterialChanged());
+    if (listeners)
+    {
+        listeners->triggerEvent("NodeMaterialChanged", m_id + "," + std::to_string(geometryIndex) +
+                                                           "," + std::to_string(primitiveIndex) +
+                                                           "," + material->getMaterialID());
+    }
+}
+
+// Layers
+
+void Node::addToLayer(int layerID)
+{
+    m_layers.insert(layerID);
+    raiseLayerEvent(events::nodeAddedLayer(), layerID);
+}
+
+void Node::addToLayer(const std::string& layerName)
+{
+    const ISceneContextPtr scene = m_sceneManager.lock();
+    if (scene)
+    {
+        addToLayer(scene->getLayerManager()->getLayerID(layerName));
+    }
+}
+
+void Node::removeFromLayer(int layerID)
+{
+    m_layers.erase(layerID);
+    raiseLayerEvent(events::nodeRemovedLayer(), layerID);
+}
+
+void Node::removeFromLayer(const std::string& layerName)
+{
+    const ISceneContextPtr scene = m_sceneManager.lock();
+    if (scene)
+    {
+        removeFromLayer(scene->getLayerManager()->getLayerID(layerName));
+    }
+}
+
+bool Node::inLayer(int layerID) const
+{
+    return m_layers.count(layerID) != 0;
+}
+
+bool Node::inLayer(const std::string& layerName) const
+{
+    const ISceneContextPtr scene = m_sceneManager.lock();
+    return scene && inLayer(scene->getLayerManager()->getLayerID(layerName));
+}
+
+const std::set<int>& Node::getLayers() const
+{
+    return m_layers;
+}
+
+std::string Node::getLayerName(int layerID) const
+{
+    const ISceneContextPtr scene = m_sceneManager.lock();
+    return scene ? scene->getLayerManager()->getLayerName(layerID) : std::string();
+}
+
+std::vector<std::string> Node::getLayersNames() const
+{
+    std::vector<std::string> names;
+    names.reserve(m_layers.size());
+    for (const int layerID : m_layers)
+    {
+        names.push_back(getLayerName(layerID));
+    }
+    return names;
+}
+
+bool Node::isVisible() const
+{
+    return !inLayer(0);
+}
+
+void Node::setVisible(bool visible)
+{
+    if (visible)
+    {
+        removeFromLayer(0);
+    }
+    else
+    {
+        addToLayer(0);
+    }
+}
+
+// Search
+
+std::vector<boost::shared_ptr<Node>> Node::getNodesBelow()
+{
+    std::vector<NodePtr> nodes;
+    NodeWalk walk(*this);
+    while (Node* const node = walk.next())
+    {
+        nodes.push_back(node->shared_from_this());
+    }
+    return nodes;
+}
+
+boost::shared_ptr<Node> Node::findByID(const std::string& id)
+{
+    NodeWalk walk(*this);
+    while (Node* const node = walk.next())
+    {
+        if (node->m_id == id)
+        {
+            return node->shared_from_this();
+        }
+    }
+    return NodePtr();
+}
+
+boost::shared_ptr<Node> Node::findByName(const std::string& name)
+{
+    NodeWalk walk(*this);
+    while (Node* const node = walk.next())
+    {
+        if (node->m_name == name)
+        {
+            return node->shared_from_this();
+        }
+    }
+    return NodePtr();
+}
+
+const TreeRevisionPtr& Node::getTreeRevision() const
+{
+    return m_treeRevision;
+}
+
+// Private
+
+void Node::noteTreeChange()
+{
+    m_treeRevision->fetch_add(1);
+}
+
+bool Node::isSelfOrAncestor(const Node& candidate) const
+{
+    if (&candidate == this)
+    {
+        return true;
+    }
+    if (candidate.m_children.empty())
+    {
+        return false;
+    }
+    // Upwards over every parent that lists a node, not only the last one.
+    std::vector<NodePtr> pending;
+    std::unordered_set<const Node*> visitedShared;
+    const auto pushParents = [&pending](const Node& node)
+    {
+        append(pending, node.m_parent.lock());
+        for (const boost::weak_ptr<Node>& former : node.m_formerParents)
+        {
+            append(pending, former.lock());
+        }
+    };
+    pushParents(*this);
+    while (!pending.empty())
+    {
+        const NodePtr node = pending.back();
+        pending.pop_back();
+        if (node.get() == &candidate)
+        {
+            return true;
+        }
+        if (node->m_formerParents.empty() || visitedShared.insert(node.get()).second)
+        {
+            pushParents(*node);
+        }
+    }
+    return false;
+}
+
+void Node::raiseTopologyUpdate(const char* kind, const Node& child) const
+{
+    const EventManagerPtr listeners = listenersOf(m_sceneManager, events::sceneTopologyUpdate());
+    if (listeners)
+    {
+        listeners->triggerEvent("SceneTopologyUpdate",
+                                std::string(kind) + "," + m_id + "," + child.m_id);
+    }
+}
+
+void Node::raiseLayerEvent(const EventType& type, int layerID) const
+{
+    const EventManagerPtr listeners = listenersOf(m_sceneManager, type);
+    if (listeners)
+    {
+        listeners->triggerEvent(type.getName(), m_id + "," + getLayerName(layerID));
+    }
+}
+
+InstanceGeometryPtr Node::getMaterialTarget(unsigned int geometryIndex) const
+{
+    if (geometryIndex < m_instanceGeometries.size())
+    {
+        return m_instanceGeometries[geometryIndex];
+    }
+    const InstanceControllerPtr instance =
+        entryAt(m_instanceControllers,
+                geometryIndex - static_cast<unsigned int>(m_instanceGeometries.size()));
+    return instance ? instance->getInstanceGeometry() : InstanceGeometryPtr();
+}
+} // namespace velmoran::scene

@@ -1,0 +1,65 @@
+#include "scene/graph/TransformationFolding.h"
+
+#include "core/utils/Matrix.h"
+#include "core/utils/Vector.h"
+#include "scene/graph/Node.h"
+#include "scene/graph/TransformationMatrix.h"
+#include "scene/graph/TransformationRotate.h"
+#include "scene/graph/TransformationScale.h"
+#include "scene/graph/TransformationTranslate.h"
+
+#include <Eigen/SVD>
+
+namespace velmoran::scene
+{
+namespace
+{
+constexpr float RADIANS_PER_DEGREE = 0.017453292F;
+
+Eigen::Vector3f toEigen(const core::utils::Vector<float, 3>& v)
+{
+    return Eigen::Vector3f(v[0], v[1], v[2]);
+}
+
+void foldMatrix(Node& node, const TransformationMatrix& element)
+{
+    const core::utils::Matrix stored = element.getMatrix();
+    const Eigen::Matrix4f matrix = Eigen::Map<const Eigen::Matrix4f>(stored.getMatrix());
+    node.move(matrix.block<3, 1>(0, 3));
+
+    Eigen::Matrix3f rotation;
+    Eigen::Matrix3f scaling;
+    Eigen::Affine3f(matrix).computeRotationScaling(&rotation, &scaling);
+    node.rotate(rotation);
+    node.setScale(scaling.diagonal());
+}
+
+void foldRotate(Node& node, const TransformationRotate& element)
+{
+    const Eigen::AngleAxisf rotation(element.getAngle() * RADIANS_PER_DEGREE,
+                                     toEigen(element.getRotationAxis()));
+    node.rotate(rotation.toRotationMatrix());
+}
+} // namespace
+
+void foldTransformation(Node& node, const ITransformation& transformation)
+{
+    // By class, not by what getType() claims: the interface is open to others.
+    if (const auto* matrix = dynamic_cast<const TransformationMatrix*>(&transformation))
+    {
+        foldMatrix(node, *matrix);
+    }
+    else if (const auto* rotate = dynamic_cast<const TransformationRotate*>(&transformation))
+    {
+        foldRotate(node, *rotate);
+    }
+    else if (const auto* scale = dynamic_cast<const TransformationScale*>(&transformation))
+    {
+        node.setScale(toEigen(scale->getScale()));
+    }
+    else if (const auto* translate = dynamic_cast<const TransformationTranslate*>(&transformation))
+    {
+        node.move(toEigen(translate->getTranslation()));
+    }
+}
+} // namespace velmoran::scene

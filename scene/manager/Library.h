@@ -1,0 +1,92 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+namespace velmoran::scene
+{
+/// A list of shared elements in insertion order, searched linearly: the shape of
+/// every library of a scene. Holds no empty handles.
+template <typename T>
+class Library
+{
+public:
+    using Handle = boost::shared_ptr<T>;
+    using Items = std::vector<Handle>;
+
+    /// Replaces the content; empty handles are left out.
+    void install(const Items& items)
+    {
+        Items kept;
+        kept.reserve(items.size());
+        std::copy_if(items.begin(), items.end(), std::back_inserter(kept),
+                     [](const Handle& item) { return static_cast<bool>(item); });
+        m_items.swap(kept);
+    }
+
+    /// Appends `item`; an empty handle is ignored.
+    void add(const Handle& item)
+    {
+        if (item)
+        {
+            m_items.push_back(item);
+        }
+    }
+
+    /// The first item for which `matches(item)` holds; empty when there is none.
+    template <typename Predicate>
+    Handle firstMatch(Predicate matches) const
+    {
+        const auto found = std::find_if(m_items.begin(), m_items.end(),
+                                        [&](const Handle& item) { return matches(*item); });
+        return found == m_items.end() ? Handle() : *found;
+    }
+
+    /// The first item whose getter answers `value`.
+    template <typename Getter, typename Value>
+    Handle firstWith(Getter getter, const Value& value) const
+    {
+        return firstMatch([&](const T& item) { return (item.*getter)() == value; });
+    }
+
+    /// Item `index`; empty when there is none.
+    Handle at(std::size_t index) const
+    {
+        return index < m_items.size() ? m_items[index] : Handle();
+    }
+
+    /// Removes every item for which `matches(item)` holds.
+    template <typename Predicate>
+    void removeAll(Predicate matches)
+    {
+        m_items.erase(std::remove_if(m_items.begin(), m_items.end(),
+                                     [&](const Handle& item) { return matches(*item); }),
+                      m_items.end());
+    }
+
+    bool contains(const Handle& item) const
+    {
+        return std::find(m_items.begin(), m_items.end(), item) != m_items.end();
+    }
+
+    /// Removes item `index`; nothing when there is none.
+    void removeAt(std::size_t index)
+    {
+        if (index < m_items.size())
+        {
+            m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(index));
+        }
+    }
+
+    void clear() { m_items.clear(); }
+
+    unsigned int count() const { return static_cast<unsigned int>(m_items.size()); }
+    const Items& items() const { return m_items; }
+
+private:
+    Items m_items;
+};
+} // namespace velmoran::scene

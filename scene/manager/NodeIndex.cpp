@@ -1,0 +1,72 @@
+#include "scene/manager/NodeIndex.h"
+
+#include "scene/graph/Node.h"
+#include "scene/graph/NodeWalk.h"
+
+#include <algorithm>
+
+namespace velmoran::scene
+{
+void TreeStamp::include(const Node& node)
+{
+    const TreeRevisionPtr& revision = node.getTreeRevision();
+    const bool known = std::any_of(m_revisions.begin(), m_revisions.end(),
+                                   [&](const auto& entry) { return entry.first == revision; });
+    if (!known)
+    {
+        m_revisions.emplace_back(revision, revision->load());
+    }
+}
+
+bool TreeStamp::isCurrent() const
+{
+    return !m_revisions.empty() &&
+           std::all_of(m_revisions.begin(), m_revisions.end(),
+                       [](const auto& entry) { return entry.first->load() == entry.second; });
+}
+
+void TreeStamp::expectChange(const TreeRevisionPtr& revision)
+{
+    for (auto& entry : m_revisions)
+    {
+        entry.second += entry.first == revision ? 1U : 0U;
+    }
+}
+
+NodePtr NodeIndex::find(const std::string& id, const NodePtr& root)
+{
+    if (!root)
+    {
+        return NodePtr();
+    }
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_root != root.get() || !m_stamp.isCurrent())
+    {
+        const std::uint64_t revision = root->getTreeRevision()->load();
+        if (m_searchedRoot != root.get() || m_searchedRevision != revision)
+        {
+            // Changed since the last search, and perhaps again before the next one.
+            m_searchedRoot = root.get();
+            m_searchedRevision = revision;
+            return root->findByID(id);
+        }
+        build(*root);
+    }
+    const auto found = m_firstByID.find(id);
+    return found == m_firstByID.end() ? NodePtr() : found->second->shared_from_this();
+}
+
+void NodeIndex::build(Node& root)
+{
+    m_root = nullptr;
+    m_firstByID.clear();
+    m_stamp.clear();
+    NodeWalk<Node> walk(root);
+    while (Node* const node = walk.next())
+    {
+        m_stamp.include(*node);
+        m_firstByID.emplace(node->getID(), node);
+    }
+    m_root = &root;
+}
+} // namespace velmoran::scene

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "scene/Forward.h"
+#include "scene/graph/ISceneContext.h"
+
+#include <cstdint>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace velmoran::scene
+{
+/// The state of a node tree at one moment: whether it has changed since.
+///
+/// The nodes of a tree may belong to several scenes, living and dead; each of them
+/// has a counter that every change of its nodes moves on.
+class TreeStamp
+{
+public:
+    void clear() { m_revisions.clear(); }
+
+    /// Records the counter of `node`; to be called for every node of the tree.
+    void include(const Node& node);
+
+    /// Whether no included counter has moved on. False for an empty stamp.
+    bool isCurrent() const;
+
+    /// Takes one further change of `revision` as known.
+    void expectChange(const TreeRevisionPtr& revision);
+
+private:
+    std::vector<std::pair<TreeRevisionPtr, std::uint64_t>> m_revisions; ///< mostly one
+};
+
+/// Finds nodes of a tree by identifier: the first match of a walk that meets a node
+/// before its children and children in order.
+///
+/// Threads: may be asked from several threads at once while nobody changes the tree.
+/// Cost: constant on average on an unchanged tree. The first search after a change
+///     walks the tree, the second builds the index, also in one walk.
+class NodeIndex
+{
+public:
+    /// The first node below `root` with this ID; empty when none, or without root.
+    NodePtr find(const std::string& id, const NodePtr& root);
+
+private:
+    void build(Node& root);
+
+    std::mutex m_mutex;
+    std::unordered_map<std::string_view, Node*> m_firstByID; ///< of the tree in m_stamp
+    const Node* m_root = nullptr;
+    TreeStamp m_stamp;
+    const Node* m_searchedRoot = nullptr; ///< tree and revision of the last plain search
+    std::uint64_t m_searchedRevision = 0;
+};
+} // namespace velmoran::scene

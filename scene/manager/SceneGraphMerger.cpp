@@ -1,0 +1,245 @@
+#include "scene/manager/SceneGraphMerger.h"
+
+#include "core/logger/Logger.h"
+#include "scene/geometry/GeometryManager.h"
+#include "scene/geometry/IGeometry.h"
+#include "scene/geometry/InstanceGeometry.h"
+#include "scene/graph/LayerManager.h"
+#include "scene/graph/Node.h"
+#include "scene/manager/SceneManager.h"
+#include "scene/material/Material.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+
+namespace velmoran::scene
+{
+namespace
+{
+const std::string& translated(const RenameMap& renames, const std::string& id)
+{
+    const auto found = renames.find(id);
+    return found == renames.end() ? id : found->second;
+}
+} // namespace
+
+// Identifiers of the tree
+
+TreeIdentifiers::TreeIdentifiers(SceneManager& scene, const NodePtr& parent)
+    : m_scene(scene), m_parent(parent)
+{
+}
+
+bool TreeIdentifiers::contains(const std::string& id)
+{
+    refresh();
+    return m_ids.count(id) != 0;
+}
+
+void TreeIdentifiers::add(Node& parent, const NodePtr& node)
+{
+    const bool known = m_stamp.isCurrent();
+    const unsigned int childrenBefore = parent.getChildCount();
+    parent.addNode(node);
+    if (!known || parent.getChildCount() != childrenBefore + 1)
+    {
+        return;
+    }
+    m_stamp.expectChange(parent.getTreeRevision());
+    if (m_parentIsInTree)
+    {
+        m_ids.insert(node->getID());
+        m_stamp.include(*node);
+    }
+    const auto siblings = m_firstChildByID.find(&parent);
+    if (siblings != m_firstChildByID.end())
+    {
+        siblings->second.emplace(node->getID(), node);
+    }
+}
+
+NodePtr TreeIdentifiers::findChild(Node& parent, const std::string& id)
+{
+    refresh();
+    const auto inserted = m_firstChildByID.try_emplace(&parent);
+    Children& children = inserted.first->second;
+    if (inserted.second)
+    {
+        for (const NodePtr& child : parent.getChildren())
+        {
+            children.emplace(child->getID(), child);
+        }
+    }
+    const auto found = children.find(id);
+    return found == children.end() ? NodePtr() : found->second;
+}
+
+void TreeIdentifiers::refresh()
+{
+    if (!m_stamp.isCurrent())
+    {
+        readTree();
+    }
+}
+
+void TreeIdentifiers::readTree()
+{
+    m_stamp.clear();
+    m_ids.clear();
+    m_firstChildByID.clear();
+    m_parentIsInTree = false;
+    for (const NodePtr& node : m_scene.getNodeArray())
+    {
+        m_stamp.include(*node);
+        m_ids.insert(node->getID());
+        m_parentIsInTree = m_parentIsInTree || node == m_parent;
+    }
+}
+
+// Merging
+
+SceneGraphMerger::SceneGraphMerger(SceneManager& scene, const NodePtr& parent,
+                                   core::logger::Logger& logger, const Translations& translations)
+    : m_scene(scene),
+      m_parent(parent),
+      m_logger(logger),
+      m_translations(translations),
+      m_identifiers(scene, parent)
+{
+    for (const MaterialPtr& material : scene.getMaterialList())
+    {
+        m_materials.emplace(material->getMaterialID(), material);
+    }
+}
+
+void SceneGraphMerger::merge(const NodePtr& source, bool discardRepeated, bool mergeRepeated)
+{
+    // The source is listed before anything is added: it may hold the parent, and a
+    // listener may change it.
+    const std::vector<Item> items = listSubtree(source);
+    std::vector<NodePtr> targets; // by item: what its children go under; empty: nowhere
+    targets.reserve(items.size());
+    for (std::size_t i = 0; i < items.size(); ++i)
+    {
+        const NodePtr& target = i == 0 ? m_parent : targets[items[i].parent];
+        targets.push_back(target
+                              ? mergeNode(*target, *items[i].source, discardRepeated, mergeRepeated)
+                              : NodePtr());
+    }
+}
+
+std::vector<SceneGraphMerger::Item> SceneGraphMerger::listSubtree(const NodePtr& source)
+{
+    struct Open
+    {
+        std::size_t item;
+        unsigned int nextChild;
+    };
+    std::vector<Item> items{{source, 0}};
+    std::vector<Open> open{{0, 0}};
+    while (!open.empty())
+    {
+        Open& level = open.back();
+        const NodePtr child = items[level.item].source->getChildNode(level.nextChild++);
+        if (!child)
+        {
+            open.pop_back();
+            continue;
+        }
+        items.push_back({child, level.item});
+        if (child->getChildCount() != 0)
+        {
+            open.push_back({items.size() - 1, 0});
+        }
+    }
+    return items;
+}
+
+/// Merges one node; answers where its children go, empty when they are left out.
+NodePtr SceneGraphMerger::mergeNode(Node& parent, const Node& source, bool discardRepeated,
+                                    bool mergeRepeated)
+{
+    std::string id = source.getID();
+    if (m_identifiers.contains(id))
+    {
+        if (discardRepeated)
+        {
+            m_logger << "[INFO] Found repeated Node with ID: " + id + ". Discarded.";
+            return NodePtr();
+        }
+        const NodePtr present = mergeRepeated ? m_identifiers.findChild(parent, id) : NodePtr();
+        if (present)
+        {
+            return present;
+        }
+        id += "__renamed_" + m_scene.generateID() + "__";
+        m_logger << "[INFO] Renamed repeated Node to: " + id;
+    }
+    const NodePtr copy = copyNode(source, id);
+    m_identifiers.add(parent, copy);
+    return copy;
+}
+
+NodePtr SceneGraphMerger::copyNode(const Node& source, const std::string& id)
+{
+    const NodePtr copy = source.copyFor(m_scene.shared_from_this(), id);
+    copyLayers(source, *copy);
+    copyInstances(source, *copy);
+    return copy;
+}
+
+void SceneGraphMerger::copyLayers(const Node& source, Node& copy)
+{
+    for (const int layerID : source.getLayers())
+    {
+        const auto mapped = m_translations.layerMap.find(layerID);
+        if (mapped != m_translations.layerMap.end())
+        {
+            copy.addToLayer(mapped->second);
+            continue;
+        }
+        const std::string name = source.getLayerName(layerID);
+        if (!name.empty())
+        {
+            copy.addToLayer(name);
+        }
+    }
+}
+
+void SceneGraphMerger::copyInstances(const Node& source, Node& copy)
+{
+    for (const InstanceGeometryPtr& instance : source.getInstancedGeometries())
+    {
+        const IGeometryPtr present = instance->getGeometry();
+        const std::string id =
+            translated(m_translations.geometryRenames, present ? present->getID() : "");
+        const IGeometryPtr geometry = m_scene.getGeometryManager()->getGeometry(id);
+        if (!geometry)
+        {
+            m_logger << "[ERROR] Trying to instantiate a non existent Geometry: " + id;
+            continue;
+        }
+        copy.addInstanceGeometry(
+            boost::make_shared<InstanceGeometry>(geometry, translateMaterials(*instance)));
+    }
+}
+
+std::map<std::string, MaterialPtr>
+SceneGraphMerger::translateMaterials(const InstanceGeometry& instance) const
+{
+    std::map<std::string, MaterialPtr> bindings;
+    for (const auto& [symbol, material] : instance.getMaterialMap())
+    {
+        MaterialPtr& binding = bindings[symbol];
+        const auto found = material ? m_materials.find(translated(m_translations.materialRenames,
+                                                                  material->getMaterialID()))
+                                    : m_materials.end();
+        if (found != m_materials.end())
+        {
+            binding = found->second;
+        }
+    }
+    return bindings;
+}
+} // namespace velmoran::scene

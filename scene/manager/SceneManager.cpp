@@ -1,0 +1,331 @@
+#include "scene/manager/SceneManager.h"
+
+#include "core/event/EventManager.h"
+#include "core/logger/BasicDecorator.h"
+#include "core/logger/FileWriterFactory.h"
+#include "core/logger/IWriter.h"
+#include "core/system/MillisecClock.h"
+#include "scene/EventTypes.h"
+#include "scene/geometry/GeometryManager.h"
+#include "scene/graph/LayerManager.h"
+#include "scene/graph/Node.h"
+#include "scene/manager/ISceneController.h"
+#include "scene/manager/NodeIndex.h"
+#include "scene/manager/SceneWorker.h"
+#include "scene/material/Effect.h"
+#include "scene/material/Material.h"
+
+#include <boost/make_shared.hpp>
+
+#include <utility>
+
+namespace velmoran::scene
+{
+using core::event::Event;
+using core::event::EventManagerPtr;
+using core::event::EventType;
+
+SceneManager::SceneManager(const EventManagerPtr& eventManager)
+    : EventBase(eventManager),
+      m_treeRevision(boost::make_shared<TreeRevision>(0)),
+      m_nodeIndex(std::make_unique<NodeIndex>()),
+      m_geometryManager(boost::make_shared<GeometryManager>(EventManagerPtr())),
+      m_layerManager(boost::make_shared<LayerManager>()),
+      m_sceneName("DefaultScene"),
+      m_sceneID("defaultSceneID")
+{
+    const core::logger::IWriterPtr writer =
+        core::logger::FileWriterFactory::getInstance()->getFileWriter("SceneManager.log");
+    writer->setDecorator(boost::make_shared<core::logger::BasicDecorator>());
+    m_logger.addWriter(writer);
+
+    registerEventHandlers();
+    m_effects.add(boost::make_shared<Effect>("defaultEffect", "default.cgfx", ""));
+    addMaterial(boost::make_shared<Material>("defaultMaterial", "defaultEffect"));
+
+    m_worker = std::make_unique<SceneWorker>(boost::make_shared<core::system::MillisecClock>(true),
+                                             eventManager);
+}
+
+SceneManager::~SceneManager()
+{
+    stop();
+    // Nodes and controllers hold geometry; it can tell who else does when they are gone.
+    m_worker->clearControllers();
+    m_animationManager.reset();
+    m_root.reset();
+    m_controllers.clear();
+}
+
+// Life and worker thread
+
+void SceneManager::stop()
+{
+    m_worker->stop();
+    setEventManager(EventManagerPtr());
+}
+
+EventManagerPtr SceneManager::getEventManager()
+{
+    return EventBase::getEventManager();
+}
+
+void SceneManager::setEventManager(boost::shared_ptr<core::event::EventManager> eventManager)
+{
+    EventBase::setEventManager(eventManager);
+    if (m_geometryManager)
+    {
+        m_geometryManager->setEventManager(eventManager);
+    }
+    m_worker->setEventManager(eventManager);
+}
+
+void SceneManager::triggerEvent(Event event)
+{
+    EventBase::triggerEvent(std::move(event));
+}
+
+void SceneManager::lockScene()
+{
+    m_worker->lockScene();
+}
+
+void SceneManager::unlockScene()
+{
+    m_worker->unlockScene();
+}
+
+void SceneManager::addSceneController(const ISceneControllerPtr& controller)
+{
+    if (!controller)
+    {
+        return;
+    }
+    const ISceneControllerPtr kept = controller;
+    m_worker->addController(kept);
+    const boost::shared_ptr<SceneManager> self = weak_from_this().lock();
+    if (self)
+    {
+        kept->attach(self);
+    }
+}
+
+void SceneManager::removeSceneController(const ISceneControllerPtr& controller)
+{
+    if (controller)
+    {
+        m_worker->removeController(controller);
+    }
+}
+
+void SceneManager::setClock(const core::system::IClockPtr& clock)
+{
+    if (clock)
+    {
+        m_worker->setClock(clock);
+    }
+}
+
+core::system::IClockPtr SceneManager::getClock() const
+{
+    return m_worker->getClock();
+}
+
+void SceneManager::addEvaluator(const EvaluatorPtr& evaluator)
+{
+    if (evaluator)
+    {
+        m_evaluators.push_back(evaluator);
+    }
+}
+
+void SceneManager::removeEvaluator(const EvaluatorPtr& evaluator)
+{
+    const auto found = std::find(m_evaluators.begin(), m_evaluators.end(), evaluator);
+    if (found != m_evaluators.end())
+    {
+        m_evaluators.erase(found);
+    }
+}
+
+unsigned int SceneManager::getEvaluatorsCount() const
+{
+    return static_cast<unsigned int>(m_evaluators.size());
+}
+
+EvaluatorPtr SceneManager::getEvaluatorAt(unsigned int index) const
+{
+    return index < m_evaluators.size() ? m_evaluators[index] : EvaluatorPtr();
+}
+
+// Parts of the scene
+
+GeometryManagerPtr SceneManager::getGeometryManager() const
+{
+    return m_geometryManager;
+}
+
+void SceneManager::setGeometryManager(const GeometryManagerPtr& geometryManager)
+{
+    if (!geometryManager)
+    {
+        return;
+    }
+    m_geometryManager = geometryManager;
+    m_geometryManager->setEventManager(getEventManager());
+    for (const std::string& id : m_geometryManager->getIDs())
+    {
+        addID(id);
+    }
+}
+
+LayerManagerPtr SceneManager::getLayerManager()
+{
+    return m_layerManager;
+}
+
+AnimationManagerPtr SceneManager::getAnimationManager() const
+{
+    return m_animationManager;
+}
+
+TreeRevisionPtr SceneManager::getTreeRevision() const
+{
+    return m_treeRevision;
+}
+
+// Identifiers and settings
+
+std::string SceneManager::generateID()
+{
+    std::string candidate;
+    do
+    {
+        candidate = "OID" + std::to_string(m_idCounter++);
+    } while (m_usedIDs.count(candidate) != 0);
+    return candidate;
+}
+
+void SceneManager::addID(std::string id)
+{
+    if (id.compare(0, 3, "OID") == 0)
+    {
+        m_usedIDs.insert(std::move(id));
+    }
+}
+
+void SceneManager::setSceneID(const std::string& id)
+{
+    m_sceneID = id;
+    addID(id);
+}
+
+const std::string& SceneManager::getSceneID() const
+{
+    return m_sceneID;
+}
+
+void SceneManager::setSceneName(const std::string& name)
+{
+    m_sceneName = name;
+}
+
+const std::string& SceneManager::getSceneName() const
+{
+    return m_sceneName;
+}
+
+void SceneManager::setMeterUnit(float meters)
+{
+    if (meters >= 0.0F)
+    {
+        m_meterUnit = meters;
+    }
+}
+
+float SceneManager::getMeterUnit() const
+{
+    return m_meterUnit;
+}
+
+void SceneManager::setUpAxis(UpAxis axis)
+{
+    m_upAxis = axis;
+}
+
+UpAxis SceneManager::getUpAxis() const
+{
+    return m_upAxis;
+}
+
+// Node tree
+
+NodePtr SceneManager::getRoot()
+{
+    if (!m_root)
+    {
+        m_root = boost::make_shared<Node>(shared_from_this());
+    }
+    return m_root;
+}
+
+void SceneManager::setRoot(const NodePtr& root)
+{
+    m_treeRevision->fetch_add(1);
+    m_root = root;
+}
+
+NodePtr SceneManager::getNodeByID(const std::string& id)
+{
+    return m_nodeIndex->find(id, m_root);
+}
+
+NodePtr SceneManager::getNodeByID(const std::string& id, const NodePtr& from)
+{
+    return from ? from->findByID(id) : NodePtr();
+}
+
+NodePtr SceneManager::getNodeByName(const std::string& name)
+{
+    return getNodeByName(name, m_root);
+}
+
+NodePtr SceneManager::getNodeByName(const std::string& name, const NodePtr& from)
+{
+    return from ? from->findByName(name) : NodePtr();
+}
+
+std::vector<NodePtr> SceneManager::getNodeArray()
+{
+    return getNodeArray(m_root);
+}
+
+std::vector<NodePtr> SceneManager::getNodeArray(const NodePtr& from)
+{
+    return from ? from->getNodesBelow() : std::vector<NodePtr>();
+}
+
+void SceneManager::removeNode(const NodePtr& node)
+{
+    const NodePtr parent = node ? node->getParent() : NodePtr();
+    if (parent)
+    {
+        parent->removeChild(node);
+        raise(events::sceneUpdate(), "");
+    }
+}
+
+void SceneManager::removeNodeByID(const std::string& name)
+{
+    removeNode(getNodeByName(name));
+}
+
+void SceneManager::raise(const EventType& type, const char* data)
+{
+    const EventManagerPtr manager = getEventManager();
+    if (manager && manager->hasListeners(type))
+    {
+        manager->triggerEvent(Event(type, data, ""));
+    }
+}
+} // namespace velmoran::scene

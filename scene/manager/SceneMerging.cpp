@@ -1,0 +1,225 @@
+// Merging of another scene's content into a scene manager.
+
+#include "core/event/EventManager.h"
+#include "scene/EventTypes.h"
+#include "scene/geometry/GeometryManager.h"
+#include "scene/graph/LayerManager.h"
+#include "scene/graph/Node.h"
+#include "scene/manager/SceneGraphMerger.h"
+#include "scene/manager/SceneManager.h"
+#include "scene/material/Effect.h"
+#include "scene/material/Image.h"
+#include "scene/material/Material.h"
+#include "scene/material/MaterialParameter.h"
+
+#include <boost/make_shared.hpp>
+
+#include <unordered_map>
+
+namespace velmoran::scene
+{
+namespace
+{
+/// The first item of each identifier.
+template <typename T, typename Getter>
+std::unordered_map<std::string, boost::shared_ptr<T>> firstByID(const Library<T>& library,
+                                                                Getter getID)
+{
+    std::unordered_map<std::string, boost::shared_ptr<T>> result;
+    for (const boost::shared_ptr<T>& item : library.items())
+    {
+        result.emplace((item.get()->*getID)(), item);
+    }
+    return result;
+}
+
+template <typename T>
+boost::shared_ptr<T> findIn(const std::unordered_map<std::string, boost::shared_ptr<T>>& items,
+                            const std::string& id)
+{
+    const auto found = items.find(id);
+    return found == items.end() ? boost::shared_ptr<T>() : found->second;
+}
+
+template <typename T>
+void appendAll(Library<T>& library, const std::vector<boost::shared_ptr<T>>& items)
+{
+    for (const boost::shared_ptr<T>& item : items)
+    {
+        library.add(item);
+    }
+}
+
+/// `material` under new identifiers, with parameter objects of its own.
+MaterialPtr copyMaterial(const Material& material, const std::string& id,
+                         const std::string& effectID, const RenameMap& imageRenames)
+{
+    const MaterialPtr copy = boost::make_shared<Material>(id, effectID);
+    copy->setTechnique(material.getTechnique());
+    for (const MaterialParameterPtr& parameter : material.getMaterialParameters())
+    {
+        if (!parameter)
+        {
+            continue;
+        }
+        const auto copied = boost::make_shared<MaterialParameter>(
+            parameter->getName(), parameter->getType(), parameter->getValue());
+        const auto renamed = imageRenames.find(parameter->getValue());
+        if (parameter->getType() == "texture" && renamed != imageRenames.end())
+        {
+            copied->setValue(renamed->second);
+        }
+        copy->addMaterialParameter(copied);
+    }
+    return copy;
+}
+} // namespace
+
+void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& other, int flags,
+                                     const std::string& parentNodeID)
+{
+    if (!other || other.get() == this)
+    {
+        return;
+    }
+    const boost::shared_ptr<SceneManager> kept = other; // whatever listeners do
+    const auto isSet = [flags](MergeFlags flag) { return (flags & flag) != 0; };
+
+    const RenameMap geometryRenames = m_geometryManager->mergeGeometries(
+        kept->m_geometryManager, isSet(DISCARD_REPEATED_GEOMETRIES));
+    const RenameMap imageRenames =
+        mergeImageLibrary(kept->m_images.items(), isSet(DISCARD_REPEATED_IMAGES));
+    const RenameMap effectRenames = mergeEffectLibrary(kept->m_effects.items());
+    const RenameMap materialRenames = mergeMaterialLibrary(kept->m_materials.items(), imageRenames,
+                                                           effectRenames, isSet(MATERIAL_FLAG));
+    const std::map<int, int> layerMap =
+        m_layerManager->mergeLayers(kept->m_layerManager, isSet(DISCARD_REPEATED_LAYERS));
+
+    if (kept->m_root)
+    {
+        const NodePtr named = getNodeByID(parentNodeID);
+        mergeSceneGraph(named ? named : getRoot(), kept->m_root, geometryRenames, effectRenames,
+                        materialRenames, layerMap, isSet(DISCARD_REPEATED_NODES),
+                        isSet(MERGE_REPEATED_NODES));
+    }
+
+    raise(events::sceneUpdate(), "");
+    raise(events::sceneUpdate(), "MaterialList");
+    raise(events::syncScene(), "");
+}
+
+RenameMap SceneManager::mergeImageLibrary(const std::vector<ImagePtr>& images, bool discardRepeated)
+{
+    const auto present = firstByID(m_images, &Image::getID);
+    RenameMap renames;
+    std::vector<ImagePtr> added;
+    for (const ImagePtr& image : images)
+    {
+        if (!image)
+        {
+            continue;
+        }
+        std::string id = image->getID();
+        if (findIn(present, id))
+        {
+            if (discardRepeated)
+            {
+                m_logger << "[INFO] Found repeated Image ID with same filename. Discarded.";
+                continue;
+            }
+            id += "__renamed__";
+            renames[image->getID()] = id;
+            m_logger << "[INFO] Found repeated Image ID. Renamed " + image->getID() + " to " + id;
+        }
+        added.push_back(boost::make_shared<Image>(id, image->getFilename(), image->getName()));
+    }
+    appendAll(m_images, added);
+    m_logger << "[INFO] Added " + std::to_string(added.size()) + " new images.";
+    return renames;
+}
+
+RenameMap SceneManager::mergeEffectLibrary(const std::vector<EffectPtr>& effects)
+{
+    const auto present = firstByID(m_effects, &Effect::getID);
+    RenameMap renames;
+    std::vector<EffectPtr> added;
+    for (const EffectPtr& effect : effects)
+    {
+        if (!effect)
+        {
+            continue;
+        }
+        std::string id = effect->getID();
+        const EffectPtr repeated = findIn(present, id);
+        if (repeated && repeated->getFilename() == effect->getFilename())
+        {
+            m_logger << "[INFO] Found repeated Effect ID with same filename. Discarded.";
+            continue;
+        }
+        if (repeated)
+        {
+            id += "__renamed_" + generateID() + "__";
+            renames[effect->getID()] = id;
+            m_logger << "[INFO] Found repeated Effect ID. Renamed " + effect->getID() + " to " + id;
+        }
+        added.push_back(boost::make_shared<Effect>(id, effect->getFilename(), effect->getName()));
+    }
+    appendAll(m_effects, added);
+    m_logger << "[INFO] Added " + std::to_string(added.size()) + " new effects.";
+    return renames;
+}
+
+RenameMap SceneManager::mergeMaterialLibrary(const std::vector<MaterialPtr>& materials,
+                                             const RenameMap& imageRenames,
+                                             const RenameMap& effectRenames, bool)
+{
+    const auto present = firstByID(m_materials, &Material::getMaterialID);
+    RenameMap renames;
+    std::vector<MaterialPtr> added;
+    for (const MaterialPtr& material : materials)
+    {
+        if (!material)
+        {
+            continue;
+        }
+        std::string id = material->getMaterialID();
+        const auto renamedEffect = effectRenames.find(material->getEffectID());
+        const std::string effectID =
+            renamedEffect == effectRenames.end() ? material->getEffectID() : renamedEffect->second;
+        const MaterialPtr repeated = findIn(present, id);
+        if (repeated && repeated->getEffectID() == effectID)
+        {
+            m_logger << "[INFO] Found repeated Material ID with same effectID: " + id +
+                            ". Discarded.";
+            continue;
+        }
+        if (repeated)
+        {
+            id += "__renamed_" + generateID() + "__";
+            renames[material->getMaterialID()] = id;
+            m_logger << "[INFO] Found repeated Material ID. Renamed " + material->getMaterialID() +
+                            " to " + id;
+        }
+        added.push_back(copyMaterial(*material, id, effectID, imageRenames));
+        m_logger << "[INFO] Addded new Material: " + id;
+    }
+    appendAll(m_materials, added);
+    m_logger << "[INFO] Added " + std::to_string(added.size()) + " new Materials.";
+    raise(events::sceneUpdate(), "MaterialList");
+    return renames;
+}
+
+void SceneManager::mergeSceneGraph(const NodePtr& parent, const NodePtr& source,
+                                   const RenameMap& geometryRenames, const RenameMap&,
+                                   const RenameMap& materialRenames,
+                                   const std::map<int, int>& layerMap, bool discardRepeated,
+                                   bool mergeRepeated)
+{
+    if (!parent || !source)
+    {
+        return;
+    }
+    SceneGraphMerger merger(*this, parent, m_logger, {geometryRenames, materialRenames, layerMap});
+    merger.merge(source, discardRepeated, mergeRepeated);
+}
+} // namespace velmoran::scene

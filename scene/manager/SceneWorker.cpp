@@ -1,0 +1,245 @@
+#include "scene/manager/SceneWorker.h"
+
+#include "core/event/EventManager.h"
+#include "core/system/IClock.h"
+#include "scene/EventTypes.h"
+#include "scene/manager/ISceneController.h"
+
+#include <boost/bind/bind.hpp>
+#include <boost/date_time/posix_time/posix_time.hpp>
+#include <boost/thread/condition_variable.hpp>
+#include <boost/thread/lock_algorithms.hpp>
+#include <boost/thread/locks.hpp>
+#include <boost/thread/mutex.hpp>
+
+#include <algorithm>
+#include <atomic>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace velmoran::scene
+{
+namespace
+{
+using Lock = boost::unique_lock<boost::mutex>;
+using Controllers = std::vector<ISceneControllerPtr>;
+
+const boost::posix_time::microseconds TURN_PAUSE(10000);
+
+/// Holds a mutex as long as it lives, unless this thread holds it already.
+class LockUnlessHeld
+{
+public:
+    LockUnlessHeld(boost::mutex& mutex, bool held) : m_lock(mutex, boost::defer_lock)
+    {
+        if (!held)
+        {
+            m_lock.lock();
+        }
+    }
+
+private:
+    Lock m_lock;
+};
+} // namespace
+
+struct SceneWorker::State
+{
+    /// Whether the calling thread is the worker inside a turn, with both locks held.
+    bool isInTurn() const { return turnThread.load() == std::this_thread::get_id(); }
+
+    std::pair<core::system::IClockPtr, core::event::EventManagerPtr> getSettings()
+    {
+        const Lock lock(settingsMutex);
+        return {clock, eventManager};
+    }
+
+    bool updateControllers();
+    void announceChange();
+
+    std::atomic<bool> stopRequested{false};
+
+    boost::mutex startMutex; ///< guards threadStarted
+    boost::condition_variable_any startCondition;
+    bool threadStarted = false;
+
+    boost::mutex controllersMutex; ///< guards the controllers
+    Controllers controllers;       ///< writers, newest first, then readers
+
+    boost::mutex sceneMutex;                                    ///< the scene lock
+    std::atomic<std::thread::id> turnThread{std::thread::id()}; ///< that of a running turn
+
+    mutable boost::mutex settingsMutex; ///< guards what follows; nothing is called under it
+    core::system::IClockPtr clock;
+    core::event::EventManagerPtr eventManager;
+
+    boost::posix_time::ptime lastUpdateTime; ///< the worker's own once it runs
+};
+
+/// One locked update of all controllers; whether any of them changed the scene.
+bool SceneWorker::State::updateControllers()
+{
+    // A controller may change the list, or drop the last handle of another one. The
+    // copy goes after the locks.
+    Controllers turnControllers;
+    Lock controllersLock(controllersMutex, boost::defer_lock);
+    Lock sceneLock(sceneMutex, boost::defer_lock);
+    boost::lock(controllersLock, sceneLock);
+    turnControllers = controllers;
+
+    struct Turn
+    {
+        explicit Turn(State& s) : state(s) { state.turnThread = std::this_thread::get_id(); }
+        ~Turn() { state.turnThread = std::thread::id(); }
+        State& state;
+    };
+
+    const core::system::IClockPtr turnClock = getSettings().first;
+    const boost::posix_time::ptime now = turnClock->getTime();
+    const boost::posix_time::time_duration elapsed = now - lastUpdateTime;
+    bool changed = false;
+    {
+        const Turn turn(*this);
+        for (const ISceneControllerPtr& controller : turnControllers)
+        {
+            if (stopRequested)
+            {
+                break;
+            }
+            changed = controller->update(elapsed) || changed;
+        }
+    }
+    lastUpdateTime = now;
+    sceneLock.unlock();
+    controllersLock.unlock();
+    return changed;
+}
+
+void SceneWorker::State::announceChange()
+{
+    const core::event::EventManagerPtr manager = getSettings().second;
+    if (manager && manager->hasListeners(events::syncScene()))
+    {
+        manager->triggerEvent(core::event::Event(events::syncScene(), "", ""));
+    }
+}
+
+SceneWorker::SceneWorker(const core::system::IClockPtr& clock,
+                         const core::event::EventManagerPtr& eventManager)
+    : m_state(std::make_shared<State>())
+{
+    m_state->clock = clock;
+    m_state->eventManager = eventManager;
+    m_state->lastUpdateTime = clock->getTime();
+    m_thread = boost::thread(boost::bind(&SceneWorker::run, m_state));
+
+    // Interruption of the thread that makes a scene must not leave it half made.
+    const boost::this_thread::disable_interruption noInterruption;
+    Lock lock(m_state->startMutex);
+    while (!m_state->threadStarted)
+    {
+        m_state->startCondition.wait(lock);
+    }
+}
+
+SceneWorker::~SceneWorker()
+{
+    stop();
+    if (m_thread.joinable())
+    {
+        m_thread.detach(); // this is that thread; it ends after its turn
+    }
+}
+
+void SceneWorker::stop()
+{
+    m_state->stopRequested = true;
+    if (m_thread.get_id() == boost::this_thread::get_id())
+    {
+        return;
+    }
+    const boost::this_thread::disable_interruption noInterruption;
+    const std::lock_guard<std::mutex> lock(m_joinMutex);
+    if (m_thread.joinable())
+    {
+        m_thread.interrupt();
+        m_thread.join();
+    }
+}
+
+void SceneWorker::setClock(const core::system::IClockPtr& clock)
+{
+    const Lock lock(m_state->settingsMutex);
+    m_state->clock = clock;
+}
+
+core::system::IClockPtr SceneWorker::getClock() const
+{
+    return m_state->getSettings().first;
+}
+
+void SceneWorker::setEventManager(const core::event::EventManagerPtr& eventManager)
+{
+    const Lock lock(m_state->settingsMutex);
+    m_state->eventManager = eventManager;
+}
+
+void SceneWorker::lockScene()
+{
+    m_state->sceneMutex.lock();
+}
+
+void SceneWorker::unlockScene()
+{
+    m_state->sceneMutex.unlock();
+}
+
+void SceneWorker::addController(const ISceneControllerPtr& controller)
+{
+    const bool readOnly = controller->isReadOnly();
+    const LockUnlessHeld lock(m_state->controllersMutex, m_state->isInTurn());
+    Controllers& controllers = m_state->controllers;
+    controllers.insert(readOnly ? controllers.end() : controllers.begin(), controller);
+}
+
+void SceneWorker::removeController(const ISceneControllerPtr& controller)
+{
+    const ISceneControllerPtr kept = controller; // released after the lock, if it is the last
+    const LockUnlessHeld lock(m_state->controllersMutex, m_state->isInTurn());
+    Controllers& controllers = m_state->controllers;
+    const auto found = std::find(controllers.begin(), controllers.end(), kept);
+    if (found != controllers.end())
+    {
+        controllers.erase(found);
+    }
+}
+
+void SceneWorker::clearControllers()
+{
+    Controllers released;
+    const LockUnlessHeld lock(m_state->controllersMutex, m_state->isInTurn());
+    m_state->controllers.swap(released);
+}
+
+void SceneWorker::run(const std::shared_ptr<State>& state)
+{
+    {
+        const Lock lock(state->startMutex);
+        state->threadStarted = true;
+    }
+    state->startCondition.notify_one();
+    while (!state->stopRequested)
+    {
+        if (state->updateControllers())
+        {
+            state->announceChange();
+        }
+        if (!state->stopRequested)
+        {
+            boost::this_thread::sleep(boost::posix_time::microsec_clock::universal_time() +
+                                      TURN_PAUSE);
+        }
+    }
+}
+} // namespace velmoran::scene

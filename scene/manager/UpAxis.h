@@ -1,0 +1,12 @@
+#pragma once
+
+namespace velmoran::scene
+{
+/// The axis of a scene that points up.
+enum UpAxis
+{
+    X_UP = 0,
+    Y_UP = 1,
+    Z_UP = 2
+};
+} // namespace velmoran::scene

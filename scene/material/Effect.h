@@ -1,0 +1,32 @@
+#pragma once
+
+#include "scene/Export.h"
+
+#include <string>
+
+namespace velmoran::scene
+{
+/// A shader effect: the file that describes it, under an identifier by which
+/// materials refer to it. Nothing opens the file here.
+class VELMORAN_SCENE_EXPORT Effect
+{
+public:
+    /// Mind the order: the file name comes before the name.
+    Effect(std::string id, std::string fileName, std::string name);
+
+    const std::string& getID() const { return m_id; }
+    void setID(const std::string& id) { m_id = id; }
+
+    const std::string& getName() const { return m_name; }
+    void setName(const std::string& name) { m_name = name; }
+
+    /// File that describes the effect.
+    const std::string& getFilename() const { return m_fileName; }
+    void setFileName(const std::string& fileName) { m_fileName = fileName; }
+
+private:
+    std::string m_id;
+    std::string m_name;
+    std::string m_fileName;
+};
+} // namespace velmoran::scene

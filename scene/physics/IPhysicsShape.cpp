@@ -1,0 +1,6 @@
+#include "scene/physics/IPhysicsShape.h"
+
+namespace velmoran::scene
+{
+IPhysicsShape::~IPhysicsShape() = default;
+} // namespace velmoran::scene

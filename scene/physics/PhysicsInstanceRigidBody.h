@@ -1,0 +1,26 @@
+#pragma once
+
+#include "scene/Export.h"
+#include "scene/Forward.h"
+
+namespace velmoran::scene
+{
+/// A rigid body of a model, put to work on a node.
+///
+/// Ownership: shares both; either may be empty.
+class VELMORAN_SCENE_EXPORT PhysicsInstanceRigidBody
+{
+public:
+    PhysicsInstanceRigidBody(PhysicsRigidBodyPtr body, NodePtr target);
+    virtual ~PhysicsInstanceRigidBody();
+
+    const PhysicsRigidBodyPtr& getBody() const { return m_body; }
+
+    /// The node that the body drives.
+    const NodePtr& getTarget() const { return m_target; }
+
+private:
+    PhysicsRigidBodyPtr m_body;
+    NodePtr m_target;
+};
+} // namespace velmoran::scene

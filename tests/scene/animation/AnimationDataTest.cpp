@@ -1,0 +1,87 @@
+#include "scene/animation/Animation.h"
+#include "scene/animation/Sampler.h"
+#include "scene/geometry/Stream.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/thread/thread.hpp>
+#include <boost/weak_ptr.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace velmoran::scene;
+using ::testing::ElementsAre;
+
+namespace
+{
+StreamPtr makeStream(const std::string& id)
+{
+    return boost::make_shared<Stream>(id, 1, false);
+}
+
+AnimationPtr makeAnimation()
+{
+    return boost::make_shared<Animation>("id", "");
+}
+} // namespace
+
+TEST(Sampler, FindsTheFirstInputOfARoleAndNeverAnUnknownOne)
+{
+    const StreamPtr times = makeStream("times");
+    const StreamPtr values = makeStream("values");
+    Sampler sampler("s");
+    sampler.addInput("input", values);
+    sampler.addInput("INPUT", StreamPtr());
+    for (const char* name : {"INPUT", "OUTPUT", "IN_TANGENT", "OUT_TANGENT", "INTERPOLATION"})
+    {
+        sampler.addInput(name, times);
+        sampler.addInput(name, values);
+    }
+    EXPECT_THAT(sampler.getInputsSemantics(),
+                ElementsAre(Sampler::UNKNOWN, 0, 0, 1, 1, 2, 2, 3, 3, 4, 4));
+    EXPECT_EQ(sampler.getStreamBySemantic(Sampler::INTERPOLATION), times);
+    EXPECT_FALSE(sampler.getStreamBySemantic(Sampler::UNKNOWN));
+}
+
+TEST(Animation, ListsItsPartsInOrderAndFindsTheFirstByID)
+{
+    const StreamPtr stream = makeStream("x");
+    const SamplerPtr sampler = boost::make_shared<Sampler>("n-sampler");
+    const SamplerPtr twin = boost::make_shared<Sampler>("n-sampler");
+    const AnimationPtr animation = makeAnimation();
+    animation->setStreams({StreamPtr(), stream, makeStream("x")});
+    EXPECT_EQ(animation->getStreams().size(), 2U);
+    EXPECT_EQ(animation->getStreamById("x"), stream);
+    animation->setSamplers({sampler, SamplerPtr(), twin});
+    EXPECT_THAT(animation->getSamplers(), ElementsAre(sampler, twin));
+    EXPECT_EQ(animation->getSamplerById("n-sampler"), sampler);
+    EXPECT_FALSE(animation->getSamplerById("n"));
+
+    animation->addAnimation(AnimationPtr());
+    animation->addAnimation(animation);
+    EXPECT_THAT(animation->getChildAnimations(), ElementsAre());
+}
+
+TEST(Animation, ReleasesAnyDepthOnASmallStackAndLeavesHeldPartsWhole)
+{
+    AnimationPtr root = makeAnimation();
+    AnimationPtr held;
+    AnimationPtr last = root;
+    for (int depth = 1; depth <= 100000; ++depth)
+    {
+        const AnimationPtr child = makeAnimation();
+        last->addAnimation(makeAnimation());
+        last->addAnimation(child);
+        last = child;
+        held = depth == 99999 ? child : held;
+    }
+    const boost::weak_ptr<Animation> deepest = last;
+    last.reset();
+    boost::thread::attributes attributes;
+    attributes.set_stack_size(256 * 1024);
+    boost::thread(attributes, [&] { root.reset(); }).join();
+    EXPECT_EQ(held->getChildAnimations().size(), 2U);
+    held.reset();
+    EXPECT_TRUE(deepest.expired());
+}

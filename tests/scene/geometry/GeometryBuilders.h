@@ -1,0 +1,53 @@
+#pragma once
+
+#include "scene/geometry/Mesh.h"
+#include "scene/geometry/Stream.h"
+#include "scene/geometry/Triangle.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
+#include "scene/geometry/Vertex.h"
+#include "scene/geometry/VertexElement.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/weak_ptr.hpp>
+
+#include <string>
+#include <vector>
+
+namespace velmoran::scene
+{
+inline StreamPtr makeStream(const std::string& id, int stride, const std::vector<float>& data)
+{
+    const StreamPtr stream = boost::make_shared<Stream>(id, stride, false);
+    stream->setData(data);
+    return stream;
+}
+
+inline VertexPtr makeVertex(float x, float y, float z)
+{
+    const VertexPtr vertex = boost::make_shared<Vertex>();
+    vertex->setPosition(x, y, z);
+    return vertex;
+}
+
+inline std::vector<float> valuesOf(const VertexElementPtr& element)
+{
+    return element ? std::vector<float>(element->values, element->values + element->size)
+                   : std::vector<float>();
+}
+
+/// A mesh that breaks the circle with its primitives when the test ends.
+struct OwnedMesh
+{
+    ~OwnedMesh() { mesh->clearPrimitives(); }
+
+    TriangleMeshPrimitivePtr addTriangles(const std::vector<StreamMapping>& inputs,
+                                          const std::vector<unsigned int>& indices = {}) const
+    {
+        const auto primitive = boost::make_shared<TriangleMeshPrimitive>(mesh, inputs, indices);
+        mesh->addPrimitive(primitive);
+        return primitive;
+    }
+
+    MeshPtr mesh = boost::make_shared<Mesh>("m", "Mesh");
+};
+} // namespace velmoran::scene

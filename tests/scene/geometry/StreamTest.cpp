@@ -1,0 +1,173 @@
+#include "tests/scene/geometry/GeometryBuilders.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+
+namespace velmoran::scene
+{
+namespace
+{
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
+
+// The rule of insertion told as a plain search.
+int insertLinearly(std::vector<float>& data, std::size_t width, bool allowDuplicates,
+                   const std::vector<float>& values)
+{
+    const std::size_t tuples = data.size() / width;
+    for (std::size_t i = 0; i < tuples && !allowDuplicates; ++i)
+    {
+        if (std::equal(values.begin(), values.end(), &data[i * width]))
+        {
+            return static_cast<int>(i);
+        }
+    }
+    data.insert(data.end(), values.begin(), values.end());
+    return static_cast<int>(tuples);
+}
+
+TEST(Stream, InsertsLikeALinearSearchWhateverHappensToItsData)
+{
+    const float values[] = {0.0f, -0.0f, 1.0f, 2.5f, -3.0f, 1e-40f, NOT_A_NUMBER};
+    for (std::size_t width = 1; width <= 5; ++width)
+    {
+        SCOPED_TRACE(width);
+        std::mt19937 random(7);
+        Stream stream("s", static_cast<int>(width), false);
+        std::vector<float> model;
+        for (int step = 0; step < 6000; ++step)
+        {
+            std::vector<float> tuple(width);
+            for (float& value : tuple)
+            {
+                // Mostly few values, so that tuples repeat; NaN is rare.
+                value = values[random() % (random() % 50 == 0 ? 7 : 6)];
+            }
+            tuple[0] += static_cast<float>(random() % 40); // more than a table's first size
+            const auto event = random() % 1000;
+            if (event == 0)
+            {
+                model[model.size() / 2] = 2.5f;
+                stream.mutableData()[model.size() / 2] = 2.5f;
+            }
+            else if (event == 1)
+            {
+                model.resize(model.size() - model.size() / 3); // may cut through a tuple
+                stream.setData(model);
+            }
+            else if (event == 2)
+            {
+                stream.setAllowDuplicates(!stream.getAllowDuplicates());
+            }
+            const int expected = insertLinearly(model, width, stream.getAllowDuplicates(), tuple);
+            ASSERT_EQ(stream.insertValue(static_cast<int>(width), tuple.data()), expected) << step;
+        }
+        ASSERT_EQ(stream.getData().size(), model.size());
+    }
+}
+
+TEST(Stream, ForgetsItsOrderOfTuplesWithItsStride)
+{
+    Stream stream("s", 1, false);
+    for (float value = 0.0f; value < 40.0f; ++value)
+    {
+        stream.insertValue(1, &value);
+    }
+    stream.setStride(2);
+    const float pair[] = {6.0f, 7.0f};
+    EXPECT_EQ(stream.insertValue(2, pair), 3);
+}
+
+TEST(Stream, CountsInsertionsOnly)
+{
+    const float value[] = {1.0f, 2.0f, 3.0f};
+    for (const bool allowDuplicates : {false, true})
+    {
+        Stream stream("s", 3, allowDuplicates);
+        EXPECT_EQ(stream.insertValue(3, value), 0);
+        EXPECT_EQ(stream.insertValue(3, value), allowDuplicates ? 1 : 0);
+        EXPECT_EQ(stream.getCount(), allowDuplicates ? 2 : 1);
+        stream.setData({});
+        EXPECT_EQ(stream.getCount(), allowDuplicates ? 2 : 1);
+    }
+}
+
+TEST(Stream, RefusesWhatIsNotATuple)
+{
+    const float values[] = {1.0f, 2.0f, 3.0f};
+    struct Row
+    {
+        const char* name;
+        int stride;
+        int n;
+        const float* values;
+    };
+    for (const Row& row : {Row{"too short", 3, 2, values}, Row{"too long", 2, 3, values},
+                           Row{"no width", 0, 0, values}, Row{"negative width", -1, -1, values},
+                           Row{"no values", 3, 3, nullptr}})
+    {
+        SCOPED_TRACE(row.name);
+        Stream stream("s", row.stride, false);
+        EXPECT_EQ(stream.insertValue(row.n, row.values), -1);
+        EXPECT_THAT(stream.getData(), IsEmpty());
+        EXPECT_EQ(stream.getCount(), 0);
+    }
+}
+
+TEST(Stream, TakesValuesOutOfItsOwnData)
+{
+    Stream stream("s", 2, true);
+    const float first[] = {4.0f, 5.0f};
+    stream.insertValue(2, first);
+    for (int i = 1; i < 100; ++i) // grows, and so moves, several times
+    {
+        stream.insertValue(2, stream.getData().data());
+        ASSERT_EQ(stream.getData()[static_cast<std::size_t>(2 * i) + 1], 5.0f);
+    }
+}
+
+TEST(Stream, ClonesEverythingButItsDescription)
+{
+    Stream stream("s", 2, true);
+    const float value[] = {4.0f, 5.0f};
+    stream.insertValue(2, value);
+    stream.addParam("X", "float");
+    stream.addName("joint");
+    const StreamPtr copy = stream.clone();
+    EXPECT_EQ(copy->getID(), "s");
+    EXPECT_EQ(copy->getStride(), 2);
+    EXPECT_EQ(copy->getCount(), 1);
+    EXPECT_TRUE(copy->getAllowDuplicates());
+    EXPECT_THAT(copy->getData(), ElementsAre(4.0f, 5.0f));
+    EXPECT_THAT(copy->getParamList(), IsEmpty());
+    EXPECT_THAT(copy->getNameList(), IsEmpty());
+}
+
+TEST(StreamSemantic, IsReadFromMoreNamesThanItIsWrittenWith)
+{
+    struct Row
+    {
+        const char* read;
+        int semantic;
+        const char* written;
+    };
+    for (const Row& row :
+         {Row{"VERTEX", 0, "VERTEX"}, Row{"COLOR", 2, "COLOR"}, Row{"TEXCOORD", 3, "TEXCOORD"},
+          Row{"TEXCOORD0", 3, "TEXCOORD"}, Row{"TEXCOORD7", 10, "TEXCOORD7"},
+          Row{"NORMAL", 11, "NORMAL"}, Row{"TEXBINORMAL", 12, "BINORMAL"},
+          Row{"TEXTANGENT", 13, "TANGENT"}, Row{"Normal", 14, "INVALID"},
+          Row{"TEXCOORD8", 14, "INVALID"}, Row{"", 14, "INVALID"}})
+    {
+        const StreamMapping mapping(row.read, StreamPtr(), 0);
+        EXPECT_EQ(mapping.getSemantic(), row.semantic) << row.read;
+        EXPECT_EQ(streamSemanticToString(mapping.getSemantic()), row.written);
+    }
+    EXPECT_EQ(streamSemanticToString(static_cast<StreamSemantic>(-1)), "INVALID");
+}
+} // namespace
+} // namespace velmoran::scene

@@ -1,0 +1,79 @@
+#include "tests/scene/geometry/GeometryBuilders.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmoran::scene
+{
+namespace
+{
+using ::testing::ElementsAre;
+
+TEST(Vertex, ReplacesAnElementOfTheSameSemanticInItsPlace)
+{
+    Vertex vertex;
+    vertex.setNormal(1.0f, 0.0f, 0.0f);
+    vertex.setColor(0.1f, 0.2f, 0.3f, 0.4f);
+    vertex.setNormal({0.0f, 0.0f, 1.0f});
+    ASSERT_EQ(vertex.getElementCount(), 2u);
+    EXPECT_EQ(vertex.getElementAt(0), vertex.getNormal());
+    EXPECT_THAT(valuesOf(vertex.getNormal()), ElementsAre(0.0f, 0.0f, 1.0f));
+
+    const float tangent[] = {9.0f};
+    vertex.setTangent(7.0f, 8.0f, 9.0f);
+    vertex.addElement(VertexElement::copyOf(TANGENT, 1, tangent), false);
+    vertex.addElement(VertexElementPtr(), true);
+    EXPECT_EQ(vertex.getTangent()->size, 3);
+    EXPECT_FALSE(vertex.getElementAt(3));
+    EXPECT_FALSE(vertex.getBinormal());
+}
+
+TEST(Vertex, KeepsTextureCoordinatesBySet)
+{
+    struct Row
+    {
+        int set;
+        StreamSemantic semantic;
+    };
+    for (const Row& row : {Row{0, TEXCOORD}, Row{1, TEXCOORD1}, Row{7, TEXCOORD7}, Row{8, INVALID},
+                           Row{-1, INVALID}})
+    {
+        Vertex vertex;
+        vertex.setTextCoord(row.set, 0.25f, 0.75f);
+        EXPECT_THAT(valuesOf(vertex.getTexCoord(row.semantic)), ElementsAre(0.25f, 0.75f));
+        EXPECT_EQ(vertex.getTexCoord(row.set), vertex.getElementAt(0)) << row.set;
+    }
+}
+
+TEST(Vertex, OwnsArraysThatItTakesOverAsLongAsACopyListsThem)
+{
+    auto source = boost::make_shared<Vertex>();
+    source->setPosition(2, new float[2]{1.0f, 2.0f});
+    source->setTextCoord(0, 1, new float[1]{3.0f});
+    const Vertex copy(*source);
+    source->setPosition(5.0f, 6.0f); // a new element: the copy keeps the old one
+    source.reset();
+    EXPECT_THAT(valuesOf(copy.getPosition()), ElementsAre(1.0f, 2.0f));
+    EXPECT_THAT(valuesOf(copy.getTexCoord(0)), ElementsAre(3.0f));
+}
+
+TEST(Vertex, TellsItsPositionWithMissingComponentsAsZero)
+{
+    struct Row
+    {
+        const char* printed;
+        std::vector<float> position;
+    };
+    for (const Row& row : {Row{"1, 2.5, -3", {1.0f, 2.5f, -3.0f}}, Row{"1, 2, 0", {1.0f, 2.0f}},
+                           Row{"1, 2, 3", {1.0f, 2.0f, 3.0f, 4.0f}}, Row{"0, 0, 0", {}}})
+    {
+        Vertex vertex;
+        vertex.setPosition(row.position);
+        testing::internal::CaptureStdout();
+        vertex.print();
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), row.printed);
+    }
+    EXPECT_EQ(Vertex().getPositionVector()[2], 0.0f);
+}
+} // namespace
+} // namespace velmoran::scene
