@@ -2,81 +2,84 @@
 
 namespace velmoran::scene::events
 {
+// Never deleted: a scene that a static object holds may raise events after any
+// destructor that would do it.
+
 const EventType& sceneTopologyUpdate()
 {
-    static const EventType type("SceneTopologyUpdate");
+    static const EventType& type = *new EventType("SceneTopologyUpdate");
     return type;
 }
 
 const EventType& nodeTransformationUpdate()
 {
-    static const EventType type("NodeTransformationUpdate");
+    static const EventType& type = *new EventType("NodeTransformationUpdate");
     return type;
 }
 
 const EventType& sceneUpdate()
 {
-    static const EventType type("SceneUpdate");
+    static const EventType& type = *new EventType("SceneUpdate");
     return type;
 }
 
 const EventType& nodeAddedLayer()
 {
-    static const EventType type("NodeAddedLayer");
+    static const EventType& type = *new EventType("NodeAddedLayer");
     return type;
 }
 
 const EventType& nodeRemovedLayer()
 {
-    static const EventType type("NodeRemovedLayer");
+    static const EventType& type = *new EventType("NodeRemovedLayer");
     return type;
 }
 
 const EventType& nodeAddedLight()
 {
-    static const EventType type("NodeAddedLight");
+    static const EventType& type = *new EventType("NodeAddedLight");
     return type;
 }
 
 const EventType& nodeMaterialChanged()
 {
-    static const EventType type("NodeMaterialChanged");
+    static const EventType& type = *new EventType("NodeMaterialChanged");
     return type;
 }
 
 const EventType& cameraUpdated()
 {
-    static const EventType type("CameraUpdated");
+    static const EventType& type = *new EventType("CameraUpdated");
     return type;
 }
 
 const EventType& lightUpdated()
 {
-    static const EventType type("LightUpdated");
+    static const EventType& type = *new EventType("LightUpdated");
     return type;
 }
 
 const EventType& geometryTopologyUpdate()
 {
-    static const EventType type("GeometryTopologyUpdate");
+    static const EventType& type = *new EventType("GeometryTopologyUpdate");
     return type;
 }
 
 const EventType& syncScene()
 {
-    static const EventType type("SyncScene");
+    static const EventType& type = *new EventType("SyncScene");
     return type;
 }
 
 const EventType& sceneSurroundingUpdate()
 {
-    static const EventType type("SceneSurroundingUpdate");
+    static const EventType& type = *new EventType("SceneSurroundingUpdate");
     return type;
 }
 
 const EventType& sceneNewCamera()
 {
-    static const EventType type("SceneNewCamera");
+    static const EventType& type = *new EventType("SceneNewCamera");
     return type;
 }
 } // namespace velmoran::scene::events

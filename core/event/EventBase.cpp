@@ -12,15 +12,15 @@ namespace velmoran::core::event
 {
 /// What one object registered for, and its ties to the present event manager.
 ///
-/// Outlives the object for as long as one of its handlers runs.
+/// Outlives the object for as long as one of its handlers runs. Nothing of the user's
+/// is copied, called or released under its lock.
 class EventBase::Registrations
 {
 public:
     EventManagerPtr getManager() const;
 
-    /// Replaces the manager; returns when no handler reached through the one before
-    /// runs on another thread.
-    void setManager(EventBase& owner, const EventManagerPtr& manager);
+    /// Replaces the manager, then waits for the handlers reached through the one before.
+    void setManager(EventBase& owner, EventManagerPtr manager, Subscription::Waiting waiting);
 
     /// Registers for `type`, with a handler unless that is empty.
     void add(EventBase& owner, const EventType& type, const Handler& handler);
@@ -44,12 +44,13 @@ private:
     std::vector<Registration>::iterator locate(const EventType& type);
     void attach(EventBase& owner, Registration& registration);
     void detach(Registration& registration);
-    void finishClosing();
+    void waitForClosed(Subscription::Waiting waiting);
 
+    const std::shared_ptr<Gate> m_gate = std::make_shared<Gate>();
     mutable std::mutex m_mutex;
     EventManagerPtr m_manager;
-    std::vector<Registration> m_list;       ///< in the order of registration
-    std::vector<SubscriptionPtr> m_closing; ///< detached, perhaps still delivering
+    std::vector<Registration> m_list;      ///< in the order of registration
+    std::vector<SubscriptionPtr> m_closed; ///< perhaps still delivering
     std::atomic<bool> m_ownerGone{false};
 };
 
@@ -59,49 +60,52 @@ EventManagerPtr EventBase::Registrations::getManager() const
     return m_manager;
 }
 
-void EventBase::Registrations::setManager(EventBase& owner, const EventManagerPtr& manager)
+void EventBase::Registrations::setManager(EventBase& owner, EventManagerPtr manager,
+                                          Subscription::Waiting waiting)
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_manager != manager)
         {
             std::for_each(m_list.begin(), m_list.end(), [this](Registration& r) { detach(r); });
-            m_manager = manager;
+            m_manager.swap(manager);
             std::for_each(m_list.begin(), m_list.end(), [&](Registration& r) { attach(owner, r); });
         }
     }
-    finishClosing();
+    waitForClosed(waiting);
 }
 
 void EventBase::Registrations::add(EventBase& owner, const EventType& type, const Handler& handler)
 {
+    const auto entry = handler ? std::make_shared<const Handler>(handler) : nullptr;
+    HandlersPtr released;
     const std::lock_guard<std::mutex> lock(m_mutex);
     auto registration = locate(type);
-    if (registration == m_list.end())
+    const bool isNew = registration == m_list.end();
+    if (isNew)
     {
         registration = m_list.insert(m_list.end(), {type, std::make_shared<Handlers>(), nullptr});
-        if (handler)
-        {
-            registration->handlers = std::make_shared<Handlers>(1, handler);
-        }
-        attach(owner, *registration);
     }
-    else if (handler)
+    if (entry)
     {
         auto handlers = std::make_shared<Handlers>(*registration->handlers);
-        handlers->push_back(handler);
-        registration->handlers = std::move(handlers);
-        if (m_manager)
-        {
-            m_manager->m_registry->replaceHandlers(type, registration->subscription,
-                                                   registration->handlers);
-        }
+        handlers->push_back(entry);
+        released = std::exchange(registration->handlers, std::move(handlers));
+    }
+    if (isNew)
+    {
+        attach(owner, *registration);
+    }
+    else if (entry && m_manager)
+    {
+        m_manager->m_registry->replaceHandlers(type, registration->subscription,
+                                               registration->handlers);
     }
 }
 
 void EventBase::Registrations::remove(const EventType& type)
 {
-    HandlersPtr released; // what handlers hold may well end here: not under the lock
+    HandlersPtr released;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const auto registration = locate(type);
@@ -112,7 +116,7 @@ void EventBase::Registrations::remove(const EventType& type)
             m_list.erase(registration);
         }
     }
-    finishClosing();
+    waitForClosed(Subscription::Waiting::FOR_HANDLERS);
 }
 
 HandlersPtr EventBase::Registrations::find(const EventType& type) const
@@ -140,7 +144,7 @@ void EventBase::Registrations::attach(EventBase& owner, Registration& registrati
 {
     if (m_manager)
     {
-        registration.subscription = std::make_shared<Subscription>(owner);
+        registration.subscription = std::make_shared<Subscription>(owner, m_gate);
         m_manager->m_registry->add(registration.type, registration.subscription,
                                    registration.handlers);
     }
@@ -151,37 +155,34 @@ void EventBase::Registrations::detach(Registration& registration)
     if (registration.subscription)
     {
         m_manager->m_registry->remove(registration.type, registration.subscription);
-        m_closing.push_back(std::move(registration.subscription));
+        registration.subscription->close();
+        m_closed.push_back(std::move(registration.subscription));
         registration.subscription.reset();
     }
 }
 
-void EventBase::Registrations::finishClosing()
+void EventBase::Registrations::waitForClosed(Subscription::Waiting waiting)
 {
-    // Also those that another thread is closing right now: whoever returns from
-    // here was promised that no handler runs any more.
-    std::vector<SubscriptionPtr> closing;
+    // Also for what was closed before and still delivers: whoever returns from here was
+    // promised that no handler runs any more.
+    std::vector<SubscriptionPtr> closed;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        closing = m_closing;
+        m_closed.erase(std::remove_if(m_closed.begin(), m_closed.end(),
+                                      [](const SubscriptionPtr& s) { return s->isIdle(); }),
+                       m_closed.end());
+        closed = m_closed;
     }
-    for (const SubscriptionPtr& subscription : closing)
+    if (!closed.empty())
     {
-        subscription->close();
+        Subscription::wait(*m_gate, closed, waiting);
     }
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_closing.erase(std::remove_if(m_closing.begin(), m_closing.end(),
-                                   [&](const SubscriptionPtr& subscription) {
-                                       return std::find(closing.begin(), closing.end(),
-                                                        subscription) != closing.end();
-                                   }),
-                    m_closing.end());
 }
 
 EventBase::EventBase(const EventManagerPtr& eventManager)
     : m_registrations(std::make_shared<Registrations>())
 {
-    m_registrations->setManager(*this, eventManager);
+    m_registrations->setManager(*this, eventManager, Subscription::Waiting::FOR_HANDLERS);
 }
 
 void EventBase::handleEvent(Event event)
@@ -190,7 +191,6 @@ void EventBase::handleEvent(Event event)
     const std::shared_ptr<Registrations> registrations = m_registrations;
     const Subscription::Delivery* const delivery = Subscription::current();
     const bool dispatched = delivery != nullptr && delivery->subscription->isOwnedBy(*this) &&
-                            !delivery->subscription->isClosed() &&
                             *delivery->type == event.getEventType();
     const HandlersPtr handlers =
         dispatched ? *delivery->handlers : registrations->find(event.getEventType());
@@ -198,20 +198,20 @@ void EventBase::handleEvent(Event event)
     {
         return;
     }
-    for (const Handler& handler : *handlers)
+    for (const auto& handler : *handlers)
     {
-        handler(event);
-        // From here on this object may be gone.
+        // After the first handler this object may be gone.
         if (registrations->isOwnerGone() || (dispatched && delivery->subscription->isClosed()))
         {
             return;
         }
+        (*handler)(event);
     }
 }
 
 EventBase::~EventBase()
 {
-    m_registrations->setManager(*this, EventManagerPtr());
+    detachForGood();
     m_registrations->noteOwnerGone();
 }
 
@@ -222,7 +222,8 @@ EventManagerPtr EventBase::getEventManager()
 
 void EventBase::setEventManager(boost::shared_ptr<EventManager> eventManager)
 {
-    m_registrations->setManager(*this, eventManager);
+    m_registrations->setManager(*this, std::move(eventManager),
+                                Subscription::Waiting::FOR_HANDLERS);
 }
 
 void EventBase::registerToListen(EventType type)
@@ -259,5 +260,11 @@ void EventBase::triggerEvent(std::string type, std::string data)
 void EventBase::unregister(const EventType& type)
 {
     m_registrations->remove(type);
+}
+
+void EventBase::detachForGood()
+{
+    m_registrations->setManager(*this, EventManagerPtr(),
+                                Subscription::Waiting::FOR_ALL_OTHER_THREADS);
 }
 } // namespace velmoran::core::event

@@ -24,13 +24,19 @@ namespace velmoran::core::event
 /// | setEventManager(the same)   | (n/a)                 | nothing                      |
 /// | setEventManager(another)    | attached              | detached, then attached      |
 ///
+/// Handlers run on the thread that raises the event, so several may run at once. What a
+///     handler throws goes to whoever raised the event, and later listeners miss it.
+///     What a handler holds is released when the last dispatch that reached it ends; a
+///     handler that holds its own object keeps it for ever.
 /// Detaching: once `setEventManager` or the destructor has returned, no handler of
 ///     this object is called again, from any thread. They wait for handlers that
-///     run on other threads, never for one that runs on the calling thread.
+///     run on other threads, never for one that runs on the calling thread, nor for
+///     one that waits for the same (but a destructor waits for that one, too).
 ///     Detaching while holding a lock that a running handler wants therefore
-///     cannot work, nor can two handlers that detach each other's objects.
-///     A class with handlers calls `setEventManager` with an empty handle in its
-///     own destructor, before the members that its handlers use go.
+///     cannot work, nor can handlers of two objects that detach each other's.
+///     A class that registers handlers or overrides `handleEvent` calls
+///     `detachForGood` first in its own destructor, before what its handlers use goes.
+///     One that registers in its constructor may be called before that has ended.
 /// Threads: every operation may be called from any thread.
 class VELMORAN_CORE_EXPORT EventBase
 {
@@ -44,8 +50,8 @@ public:
     EventBase& operator=(const EventBase&) = delete;
 
     /// Called with every event that this object subscribed to: calls the handlers
-    /// registered for the event's type in the order of their registration, and
-    /// stops when one of them detached or destroyed this object.
+    /// registered for the event's type in the order of their registration. Stops when
+    /// this object was destroyed meanwhile, or detached from where the event came from.
     virtual void handleEvent(Event event);
 
     virtual ~EventBase();
@@ -69,9 +75,14 @@ public:
     /// Raises an event of the named type with an empty source.
     virtual void triggerEvent(std::string type, std::string data);
 
-    /// Takes back every registration for `type`; nothing when there is none.
-    /// Waits like detaching does: afterwards no such handler is called again.
+    /// Takes back every registration for `type`, also those that a base class made;
+    /// nothing when there is none. Waits like detaching does: afterwards no such
+    /// handler is called again.
     void unregister(const EventType& type);
+
+protected:
+    /// Detaches an object that is being destroyed.
+    void detachForGood();
 
 private:
     class Registrations;

@@ -2,7 +2,6 @@
 
 #include "core/event/Registry.h"
 
-#include <functional>
 #include <utility>
 
 namespace velmoran::core::event
@@ -13,12 +12,8 @@ EventManager::~EventManager() = default;
 
 void EventManager::triggerEvent(std::string type, std::string data)
 {
-    if (!m_registry->mayHaveListeners(std::hash<std::string>()(type)))
-    {
-        return;
-    }
     EventType eventType(std::move(type));
-    if (m_registry->hasListeners(eventType))
+    if (hasListeners(eventType))
     {
         triggerEvent(Event(std::move(eventType), EventData(std::move(data)), ""));
     }

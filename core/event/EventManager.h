@@ -17,6 +17,9 @@ namespace velmoran::core::event
 /// No lock is held while a handler runs: a handler may raise events, subscribe,
 /// detach its own or another object, or drop the last handle of its object.
 ///
+/// A class that records or forwards events overrides `triggerEvent(Event)` together with
+/// `hasListeners`, which tells whether an event is raised at all.
+///
 /// Ownership: shared by everyone who uses it; it holds no subscribed object.
 /// Threads: every operation may be called from any thread.
 class VELMORAN_CORE_EXPORT EventManager
@@ -36,8 +39,8 @@ public:
     virtual void triggerEvent(Event event);
 
     /// Whether an event of this type would reach anybody now. Ask before building
-    /// the text of an event. Cheap; takes no lock when nobody listens.
-    bool hasListeners(const EventType& type) const;
+    /// the text of an event. Cheap where nobody listens.
+    virtual bool hasListeners(const EventType& type) const;
 
 private:
     friend class EventBase;

@@ -1,6 +1,8 @@
 #include "core/event/Registry.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 namespace velmoran::core::event
 {
@@ -60,19 +62,24 @@ void EventManager::Registry::add(const EventType& type, const SubscriptionPtr& s
                                  const HandlersPtr& handlers)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    ListenersPtr& listeners = m_listeners[type];
-    if (!listeners)
+    const auto found = m_listeners.find(type);
+    if (found != m_listeners.end())
     {
-        listeners = std::make_shared<Listeners>();
-        m_typesInSlot[slotOf(type.getHash())].fetch_add(1);
+        editable(found->second).push_back({subscription, handlers});
+        return;
     }
-    editable(listeners).push_back({subscription, handlers});
+    const auto listeners = std::make_shared<Listeners>();
+    listeners->list.push_back({subscription, handlers});
+    m_listeners.emplace(type, listeners);
+    m_typesInSlot[slotOf(type.getHash())].fetch_add(1);
 }
 
 void EventManager::Registry::replaceHandlers(const EventType& type,
                                              const SubscriptionPtr& subscription,
-                                             const HandlersPtr& handlers)
+                                             HandlersPtr handlers)
 {
+    // The old list ends with the argument, after the lock is released: handlers may
+    // hold anything.
     const std::lock_guard<std::mutex> lock(m_mutex);
     const auto found = m_listeners.find(type);
     if (found == m_listeners.end())
@@ -83,7 +90,8 @@ void EventManager::Registry::replaceHandlers(const EventType& type,
     {
         if (listener.subscription == subscription)
         {
-            listener.handlers = handlers;
+            listener.handlers.swap(handlers);
+            break;
         }
     }
 }
@@ -97,10 +105,14 @@ void EventManager::Registry::remove(const EventType& type, const SubscriptionPtr
         return;
     }
     std::vector<Listener>& list = editable(found->second);
-    list.erase(std::remove_if(list.begin(), list.end(),
-                              [&](const Listener& listener)
-                              { return listener.subscription == subscription; }),
-               list.end());
+    // From the back: what came last mostly goes first.
+    const auto listener =
+        std::find_if(list.rbegin(), list.rend(),
+                     [&](const Listener& entry) { return entry.subscription == subscription; });
+    if (listener != list.rend())
+    {
+        list.erase(std::next(listener).base());
+    }
     if (list.empty())
     {
         m_listeners.erase(found);

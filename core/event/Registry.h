@@ -32,7 +32,7 @@ public:
 
     /// Gives a present subscription another list of handlers.
     void replaceHandlers(const EventType& type, const SubscriptionPtr& subscription,
-                         const HandlersPtr& handlers);
+                         HandlersPtr handlers);
 
     void remove(const EventType& type, const SubscriptionPtr& subscription);
 

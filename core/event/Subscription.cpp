@@ -30,7 +30,10 @@ private:
     Delivery m_delivery;
 };
 
-Subscription::Subscription(EventBase& owner) : m_owner(owner) {}
+Subscription::Subscription(EventBase& owner, const std::shared_ptr<Gate>& gate)
+    : m_owner(owner), m_gate(gate)
+{
+}
 
 void Subscription::deliver(const Event& event, const HandlersPtr& handlers)
 {
@@ -46,17 +49,49 @@ void Subscription::deliver(const Event& event, const HandlersPtr& handlers)
 void Subscription::close()
 {
     m_state.fetch_or(CLOSED);
-    const std::uint32_t own = countOwnDeliveries();
-    std::unique_lock<std::mutex> lock(m_mutex);
-    m_closingDeliveries += own;
-    m_left.notify_all();
-    m_left.wait(lock, [this] { return countRunning() <= m_closingDeliveries; });
-    m_closingDeliveries -= own;
 }
 
 bool Subscription::isClosed() const
 {
     return (m_state.load() & CLOSED) != 0;
+}
+
+bool Subscription::isIdle() const
+{
+    return countRunning() == 0;
+}
+
+void Subscription::wait(Gate& gate, const std::vector<SubscriptionPtr>& subscriptions,
+                        Waiting waiting)
+{
+    // Excused on all of them before waiting for any: another thread may wait for them
+    // in another order.
+    std::vector<std::uint32_t> own;
+    std::unique_lock<std::mutex> lock(gate.mutex);
+    for (const SubscriptionPtr& subscription : subscriptions)
+    {
+        own.push_back(subscription->countOwnDeliveries());
+        subscription->m_excused += own.back();
+    }
+    gate.left.notify_all();
+    gate.left.wait(lock,
+                   [&]
+                   {
+                       for (std::size_t i = 0; i < subscriptions.size(); ++i)
+                       {
+                           const bool all = waiting == Waiting::FOR_ALL_OTHER_THREADS;
+                           if (subscriptions[i]->countRunning() >
+                               (all ? own[i] : subscriptions[i]->m_excused))
+                           {
+                               return false;
+                           }
+                       }
+                       return true;
+                   });
+    for (std::size_t i = 0; i < subscriptions.size(); ++i)
+    {
+        subscriptions[i]->m_excused -= own[i];
+    }
 }
 
 bool Subscription::isOwnedBy(const EventBase& owner) const
@@ -88,8 +123,9 @@ void Subscription::leave()
 {
     if ((m_state.fetch_sub(1) & CLOSED) != 0)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_left.notify_all();
+        // Nobody can miss the change between looking at the count and waiting.
+        const std::lock_guard<std::mutex> lock(m_gate->mutex);
+        m_gate->left.notify_all();
     }
 }
 } // namespace velmoran::core::event

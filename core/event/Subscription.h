@@ -13,8 +13,16 @@ namespace velmoran::core::event
 {
 /// The handlers of one object for one type, in the order of their registration.
 /// Never changed once shared: another registration makes another list.
-using Handlers = std::vector<EventBase::Handler>;
+using Handlers = std::vector<std::shared_ptr<const EventBase::Handler>>;
 using HandlersPtr = std::shared_ptr<const Handlers>;
+
+/// Where threads wait for the deliveries to one object. Shared by the object's
+/// subscriptions, so it outlives the object.
+struct Gate
+{
+    std::mutex mutex; ///< guards `excused` of the subscriptions, and waiting
+    std::condition_variable left;
+};
 
 /// What ties one object to one type of event on one event manager.
 ///
@@ -32,18 +40,32 @@ public:
         Delivery* outer;
     };
 
-    explicit Subscription(EventBase& owner);
+    /// Whose deliveries to an object are not waited for: the thread's own, and, unless
+    /// the object is being destroyed, those of threads that wait here themselves. Two
+    /// handlers that both detach their object would wait for each other.
+    enum class Waiting
+    {
+        FOR_HANDLERS,
+        FOR_ALL_OTHER_THREADS
+    };
+
+    Subscription(EventBase& owner, const std::shared_ptr<Gate>& gate);
 
     /// Calls the owner's `handleEvent` unless the subscription is closed.
     void deliver(const Event& event, const HandlersPtr& handlers);
 
-    /// Lets no further delivery begin and waits for those that run on other threads.
-    /// A delivery whose own thread waits here too is not waited for: two handlers of
-    /// one object that both detach it would wait for each other.
+    /// Lets no further delivery begin.
     void close();
 
     bool isClosed() const;
+
+    /// Whether no delivery runs.
+    bool isIdle() const;
     bool isOwnedBy(const EventBase& owner) const;
+
+    /// Waits for the deliveries of closed subscriptions of one object.
+    static void wait(Gate& gate, const std::vector<std::shared_ptr<Subscription>>& subscriptions,
+                     Waiting waiting);
 
     /// The innermost delivery of this thread; null when there is none.
     static const Delivery* current();
@@ -57,11 +79,10 @@ private:
     std::uint32_t countOwnDeliveries() const;
     void leave();
 
-    EventBase& m_owner;                    ///< alive while open or a delivery runs
+    EventBase& m_owner; ///< not touched once closed, except by deliveries that run
+    const std::shared_ptr<Gate> m_gate;
     std::atomic<std::uint32_t> m_state{0}; ///< CLOSED flag and number of deliveries
-    std::mutex m_mutex;                    ///< guards the following, and waiting
-    std::condition_variable m_left;
-    std::uint32_t m_closingDeliveries = 0; ///< deliveries whose thread is in close()
+    std::uint32_t m_excused = 0;           ///< deliveries whose thread is in wait()
 };
 
 using SubscriptionPtr = std::shared_ptr<Subscription>;

@@ -10,7 +10,7 @@
 
 namespace velmoran::scene
 {
-/// Counts the changes of the node trees of one scene.
+/// Counts the changes of one scene's nodes: children added or removed, IDs set.
 ///
 /// Shared by a scene and all of its nodes, so that a node whose scene is gone
 /// can still tell whoever looks at its tree that something changed.
@@ -39,8 +39,8 @@ public:
     /// The scene's layers; never empty.
     virtual LayerManagerPtr getLayerManager() = 0;
 
-    /// The counter that every structural change of this scene's nodes moves on;
-    /// never empty, the same for the context's whole life.
+    /// The counter that every such change of this scene's nodes moves on; never empty,
+    /// the same for the context's whole life.
     virtual TreeRevisionPtr getTreeRevision() const = 0;
 };
 } // namespace velmoran::scene

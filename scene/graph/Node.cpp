@@ -55,7 +55,9 @@ thread_local PendingNodes* t_pendingRelease = nullptr;
 
 const TreeRevisionPtr& revisionOfNodesWithoutScene()
 {
-    static const TreeRevisionPtr revision = boost::make_shared<TreeRevision>(0);
+    // Never deleted: nodes may be made and edited after static objects have gone.
+    static const TreeRevisionPtr& revision =
+        *new TreeRevisionPtr(boost::make_shared<TreeRevision>(0));
     return revision;
 }
 
@@ -101,6 +103,7 @@ Node::~Node()
 
 NodePtr Node::copyFor(const boost::shared_ptr<ISceneContext>& scene, const std::string& id) const
 {
+    takeNumber();
     const NodePtr copy(new Node(WithID(), scene, id));
     copy->m_sid = m_sid;
     copy->m_name = m_name;
@@ -126,8 +129,7 @@ NodePtr Node::copyFor(const boost::shared_ptr<ISceneContext>& scene, const std::
 
 std::string Node::generateID()
 {
-    static std::atomic<unsigned int> seqID{0};
-    return "Node" + std::to_string(seqID.fetch_add(1));
+    return "Node" + std::to_string(takeNumber());
 }
 
 const std::string& Node::getID() const
@@ -482,12 +484,23 @@ boost::shared_ptr<Node> Node::findByName(const std::string& name)
     return NodePtr();
 }
 
+bool Node::isListedTwice() const
+{
+    return !m_formerParents.empty();
+}
+
 const TreeRevisionPtr& Node::getTreeRevision() const
 {
     return m_treeRevision;
 }
 
 // Private
+
+unsigned int Node::takeNumber()
+{
+    static std::atomic<unsigned int> seqID{0};
+    return seqID.fetch_add(1);
+}
 
 void Node::noteTreeChange()
 {
@@ -504,9 +517,11 @@ bool Node::isSelfOrAncestor(const Node& candidate) const
     {
         return false;
     }
-    // Upwards over every parent that lists a node, not only the last one.
+    // At the same pace upwards, over every parent that lists a node, and downwards from
+    // the candidate; whichever way ends first knows.
+    NodeWalk<const Node> below(candidate);
     std::vector<NodePtr> pending;
-    std::unordered_set<const Node*> visitedShared;
+    std::unordered_set<const Node*> metShared;
     const auto pushParents = [&pending](const Node& node)
     {
         append(pending, node.m_parent.lock());
@@ -518,15 +533,20 @@ bool Node::isSelfOrAncestor(const Node& candidate) const
     pushParents(*this);
     while (!pending.empty())
     {
-        const NodePtr node = pending.back();
+        const NodePtr above = pending.back();
         pending.pop_back();
-        if (node.get() == &candidate)
+        if (above.get() == &candidate)
         {
             return true;
         }
-        if (node->m_formerParents.empty() || visitedShared.insert(node.get()).second)
+        if (!above->isListedTwice() || metShared.insert(above.get()).second)
         {
-            pushParents(*node);
+            pushParents(*above);
+        }
+        const Node* const underneath = below.next();
+        if (underneath == nullptr || underneath == this)
+        {
+            return underneath == this;
         }
     }
     return false;

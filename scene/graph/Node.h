@@ -15,9 +15,6 @@
 
 namespace velmoran::scene
 {
-template <typename NodeType>
-class NodeWalk;
-
 /// An element of the scene graph: a named transform with children and instances.
 ///
 /// Transform: the local matrix is Translation(T) * R * Scaling(S), column vectors.
@@ -47,7 +44,8 @@ public:
 
     /// A copy for `scene` that has the ID `id` and this node's name, type, SID,
     /// T, R, S and clones of its transformation list; no layers, instances,
-    /// children or parent. Records ID and SID with `scene` and raises nothing.
+    /// children or parent. Records ID and SID with `scene` and raises nothing. Counts
+    /// like any new node for `generateID`.
     boost::shared_ptr<Node> copyFor(const boost::shared_ptr<ISceneContext>& scene,
                                     const std::string& id) const;
 
@@ -81,12 +79,13 @@ public:
     /// Does nothing when `child` is empty, this node itself or one of its
     /// ancestors, or when the scene is gone. A node may be a child of two parents
     /// or twice of one; its parent is the one that added it last.
-    /// A child that has children costs a walk up to the root.
+    /// A child that has children costs a walk up to the root or over the child's
+    /// subtree, whichever is shorter.
     void addNode(const boost::shared_ptr<Node>& child);
 
     /// Removes every entry of `child`, clears its parent link if it points here and
     /// raises "SceneTopologyUpdate" ("NodeRemoved"), also when `child` was not a
-    /// child. An empty handle is ignored.
+    /// child. An empty handle is ignored. Linear in the number of children.
     void removeChild(const boost::shared_ptr<Node>& child);
 
     /// Child `index` in the order of adding; empty when there is none.
@@ -133,7 +132,8 @@ public:
                      unsigned int primitiveIndex);
 
     // Layers, by the IDs or names of the scene's `LayerManager`. By name: an unknown
-    // name is created; without scene nothing happens and the answer is false.
+    // name is created, also by `inLayer`, which is a change of the scene then; without
+    // scene nothing happens and the answer is false.
 
     /// Adds the node to a layer and raises "NodeAddedLayer", also when it was in it.
     void addToLayer(int layerID);
@@ -183,7 +183,7 @@ public:
     Eigen::Vector3f getScale() const;
 
     /// Steps by `offset` in the node's own rotated and scaled frame:
-    /// T += S * (R * offset).
+    /// T += S * (R * offset + the rotation's own translation, mostly zero).
     void move(const Eigen::Vector3f& offset);
     void move(float x, float y, float z);
 
@@ -209,7 +209,9 @@ public:
     /// translate moves in the frame reached so far. A matrix moves by its last
     /// column, turns by the rotation of its linear part's polar decomposition and
     /// sets S to the diagonal of the scaling; its three steps raise a pair of
-    /// events each. Look-at and skew are only kept and raise nothing.
+    /// events each. One with a NaN or an infinity in its linear part does not turn, and
+    /// S becomes that part's diagonal. Look-at, skew and kinds of others are only kept
+    /// and raise nothing.
     void addTransformation(const ITransformationPtr& transformation);
 
     /// The local matrix.
@@ -219,7 +221,8 @@ public:
     Eigen::Matrix4f getCombinedTransformations() const;
 
     /// The world matrices of this node and all nodes below it, in the order of
-    /// `getNodesBelow`. One pass: linear in the number of nodes, plus the depth.
+    /// `getNodesBelow`. One pass: linear in the number of nodes, plus the depth, and
+    /// once more the depth for each node that is listed more than once.
     std::vector<Eigen::Matrix4f> getCombinedTransformationsBelow() const;
 
     /// The product of the rotations along the parents. Linear in the depth.
@@ -239,8 +242,11 @@ public:
     /// "NodeTransformationUpdate" and "SceneUpdate". Children raise nothing.
     void triggerTransformationUpdate();
 
-    // Search. A node is met before its children, children in order. A node that has
-    // two parents is met below each of them.
+    /// Whether several entries in lists of children hold this node.
+    bool isListedTwice() const;
+
+    // Search. A node is met before its children, children in order; one that is listed
+    // more than once only where it is met first.
 
     /// This node and all nodes below it, each once. Linear.
     std::vector<boost::shared_ptr<Node>> getNodesBelow();
@@ -251,13 +257,11 @@ public:
     /// The first node with this name, this node included; empty when none. Linear.
     boost::shared_ptr<Node> findByName(const std::string& name);
 
-    /// The counter that moves on with every structural change of this node.
+    /// The counter that moves on when a child is added to or removed from this node, or
+    /// its ID is set.
     const TreeRevisionPtr& getTreeRevision() const;
 
 private:
-    template <typename NodeType>
-    friend class NodeWalk;
-
     struct WithID
     {
     };
@@ -265,6 +269,7 @@ private:
 
     void updateLocalMatrix();
     void noteTreeChange();
+    static unsigned int takeNumber();
     bool isSelfOrAncestor(const Node& candidate) const;
     void raiseTopologyUpdate(const char* kind, const Node& child) const;
     void raiseLayerEvent(const core::event::EventType& type, int layerID) const;

@@ -23,7 +23,7 @@ Eigen::Matrix3f withUnitColumns(const Eigen::Matrix3f& matrix)
     Eigen::Matrix3f result = matrix;
     for (int column = 0; column < 3; ++column)
     {
-        result.col(column).normalize();
+        result.col(column).stableNormalize();
     }
     return result;
 }
@@ -77,6 +77,7 @@ void Node::setRotation(const Eigen::Transform<float, 3, Eigen::Affine>& rotation
 void Node::setRotation(const Eigen::Matrix4f& rotation)
 {
     m_rotation.matrix() = rotation;
+    m_rotation.makeAffine();
     triggerTransformationUpdate();
 }
 
@@ -149,8 +150,11 @@ void Node::addTransformation(const ITransformationPtr& transformation)
 {
     if (transformation)
     {
-        foldTransformation(*this, *transformation);
-        m_originalTransformations.push_back(transformation);
+        // A listener may change the list that holds the argument, or let go of this node.
+        const NodePtr self = weak_from_this().lock();
+        const ITransformationPtr kept = transformation;
+        foldTransformation(*this, *kept);
+        m_originalTransformations.push_back(kept);
     }
 }
 

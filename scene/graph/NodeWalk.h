@@ -37,7 +37,7 @@ public:
                 continue;
             }
             NodeType& child = *children[level.nextChild++];
-            if (child.m_formerParents.empty() || m_metShared.insert(&child).second)
+            if (!child.isListedTwice() || m_metShared.insert(&child).second)
             {
                 m_positionOfParent = level.position;
                 return enter(child);

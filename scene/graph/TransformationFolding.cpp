@@ -27,9 +27,14 @@ void foldMatrix(Node& node, const TransformationMatrix& element)
     const Eigen::Matrix4f matrix = Eigen::Map<const Eigen::Matrix4f>(stored.getMatrix());
     node.move(matrix.block<3, 1>(0, 3));
 
-    Eigen::Matrix3f rotation;
-    Eigen::Matrix3f scaling;
-    Eigen::Affine3f(matrix).computeRotationScaling(&rotation, &scaling);
+    // The decomposition leaves its results unset where it can't work.
+    const Eigen::Matrix3f linear = matrix.block<3, 3>(0, 0);
+    Eigen::Matrix3f rotation = Eigen::Matrix3f::Identity();
+    Eigen::Matrix3f scaling = linear;
+    if (linear.allFinite())
+    {
+        Eigen::Affine3f(matrix).computeRotationScaling(&rotation, &scaling);
+    }
     node.rotate(rotation);
     node.setScale(scaling.diagonal());
 }
@@ -44,20 +49,25 @@ void foldRotate(Node& node, const TransformationRotate& element)
 
 void foldTransformation(Node& node, const ITransformation& transformation)
 {
-    // By class, not by what getType() claims: the interface is open to others.
-    if (const auto* matrix = dynamic_cast<const TransformationMatrix*>(&transformation))
+    // The interface is open to others, whose classes may claim any kind.
+    const int kind = transformation.getType();
+    const auto* matrix = dynamic_cast<const TransformationMatrix*>(&transformation);
+    const auto* rotate = dynamic_cast<const TransformationRotate*>(&transformation);
+    const auto* scale = dynamic_cast<const TransformationScale*>(&transformation);
+    const auto* translate = dynamic_cast<const TransformationTranslate*>(&transformation);
+    if (kind == ITransformation::MATRIX && matrix != nullptr)
     {
         foldMatrix(node, *matrix);
     }
-    else if (const auto* rotate = dynamic_cast<const TransformationRotate*>(&transformation))
+    else if (kind == ITransformation::ROTATE && rotate != nullptr)
     {
         foldRotate(node, *rotate);
     }
-    else if (const auto* scale = dynamic_cast<const TransformationScale*>(&transformation))
+    else if (kind == ITransformation::SCALE && scale != nullptr)
     {
         node.setScale(toEigen(scale->getScale()));
     }
-    else if (const auto* translate = dynamic_cast<const TransformationTranslate*>(&transformation))
+    else if (kind == ITransformation::TRANSLATE && translate != nullptr)
     {
         node.move(toEigen(translate->getTranslation()));
     }

@@ -7,9 +7,8 @@
 
 namespace velmoran::scene
 {
-void TreeStamp::include(const Node& node)
+void TreeStamp::include(const TreeRevisionPtr& revision)
 {
-    const TreeRevisionPtr& revision = node.getTreeRevision();
     const bool known = std::any_of(m_revisions.begin(), m_revisions.end(),
                                    [&](const auto& entry) { return entry.first == revision; });
     if (!known)
@@ -33,6 +32,8 @@ void TreeStamp::expectChange(const TreeRevisionPtr& revision)
     }
 }
 
+NodeIndex::NodeIndex(const TreeRevisionPtr& revision) : m_revision(revision) {}
+
 NodePtr NodeIndex::find(const std::string& id, const NodePtr& root)
 {
     if (!root)
@@ -42,12 +43,11 @@ NodePtr NodeIndex::find(const std::string& id, const NodePtr& root)
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_root != root.get() || !m_stamp.isCurrent())
     {
-        const std::uint64_t revision = root->getTreeRevision()->load();
-        if (m_searchedRoot != root.get() || m_searchedRevision != revision)
+        if (!m_searched.isCurrent())
         {
             // Changed since the last search, and perhaps again before the next one.
-            m_searchedRoot = root.get();
-            m_searchedRevision = revision;
+            m_searched.clear();
+            m_searched.include(m_revision);
             return root->findByID(id);
         }
         build(*root);
@@ -61,10 +61,11 @@ void NodeIndex::build(Node& root)
     m_root = nullptr;
     m_firstByID.clear();
     m_stamp.clear();
+    m_stamp.include(m_revision);
     NodeWalk<Node> walk(root);
     while (Node* const node = walk.next())
     {
-        m_stamp.include(*node);
+        m_stamp.include(node->getTreeRevision());
         m_firstByID.emplace(node->getID(), node);
     }
     m_root = &root;

@@ -22,8 +22,9 @@ class TreeStamp
 public:
     void clear() { m_revisions.clear(); }
 
-    /// Records the counter of `node`; to be called for every node of the tree.
-    void include(const Node& node);
+    /// Records the present value of a counter; to be called with that of the scene
+    /// before the tree is read, and with that of every node.
+    void include(const TreeRevisionPtr& revision);
 
     /// Whether no included counter has moved on. False for an empty stamp.
     bool isCurrent() const;
@@ -44,17 +45,20 @@ private:
 class NodeIndex
 {
 public:
+    /// `revision` is the counter of the scene whose tree is searched.
+    explicit NodeIndex(const TreeRevisionPtr& revision);
+
     /// The first node below `root` with this ID; empty when none, or without root.
     NodePtr find(const std::string& id, const NodePtr& root);
 
 private:
     void build(Node& root);
 
+    const TreeRevisionPtr m_revision;
     std::mutex m_mutex;
     std::unordered_map<std::string_view, Node*> m_firstByID; ///< of the tree in m_stamp
     const Node* m_root = nullptr;
     TreeStamp m_stamp;
-    const Node* m_searchedRoot = nullptr; ///< tree and revision of the last plain search
-    std::uint64_t m_searchedRevision = 0;
+    TreeStamp m_searched; ///< when the last plain search began
 };
 } // namespace velmoran::scene

@@ -58,11 +58,11 @@ std::string SceneManager::createNewCamera(int type, const std::string& nodeID,
         boost::make_shared<CameraInstance>(node, camera, generateID());
     addCameraInstance(instance);
     node->addInstanceCamera(camera);
-    triggerEvent(core::event::Event(events::sceneNewCamera(), instance->getSID(), ""));
+    raise(events::sceneNewCamera(), instance->getSID());
     return cameraID;
 }
 
-void SceneManager::createNewLight(int type, const std::string& lightID, const std::string& nodeID,
+void SceneManager::createNewLight(int type, std::string lightID, const std::string& nodeID,
                                   const std::string& parentID)
 {
     const boost::shared_ptr<SceneManager> self = shared_from_this();

@@ -37,7 +37,6 @@ void SceneManager::localNewEffectHandler(Event event)
     if (!id.empty() && !fileName.empty())
     {
         addEffect(boost::make_shared<Effect>(id, fileName, ""));
-        addID(id);
     }
 }
 
@@ -49,7 +48,6 @@ void SceneManager::localNewMaterialHandler(Event event)
     const std::string effectID = data.getArg(2);
     if (!id.empty() && !effectID.empty())
     {
-        addID(id);
         addMaterial(boost::make_shared<Material>(id, effectID));
     }
 }
@@ -73,6 +71,7 @@ void SceneManager::localMaterialParameterUpdatedHandler(Event event)
         m_logger << "[WARN] Trying to change a parameter from a non existent material.";
         return;
     }
+    const boost::shared_ptr<SceneManager> self = weak_from_this().lock(); // listeners may let go
     MaterialParameterPtr parameter = material->getParameterByName(name);
     if (!parameter)
     {

@@ -11,7 +11,7 @@
 
 #include <boost/make_shared.hpp>
 
-#include <algorithm>
+#include <utility>
 
 namespace velmoran::scene
 {
@@ -22,6 +22,57 @@ const std::string& translated(const RenameMap& renames, const std::string& id)
     const auto found = renames.find(id);
     return found == renames.end() ? id : found->second;
 }
+/// The nodes of a subtree, each once, and which are children of which.
+class SubtreeList
+{
+public:
+    explicit SubtreeList(const NodePtr& start)
+    {
+        m_nodes.push_back(start);
+        for (std::size_t i = 0; i < m_nodes.size(); ++i)
+        {
+            m_firstChild.push_back(m_children.size());
+            const NodePtr node = m_nodes[i];
+            for (const NodePtr& child : node->getChildren())
+            {
+                m_children.push_back(positionOf(child));
+            }
+        }
+        m_firstChild.push_back(m_children.size());
+    }
+
+    const Node& nodeAt(std::size_t node) const { return *m_nodes[node]; }
+
+    std::size_t countChildren(std::size_t node) const
+    {
+        return m_firstChild[node + 1] - m_firstChild[node];
+    }
+
+    std::size_t childOf(std::size_t node, std::size_t index) const
+    {
+        return m_children[m_firstChild[node] + index];
+    }
+
+private:
+    std::size_t positionOf(const NodePtr& node)
+    {
+        std::size_t position = m_nodes.size();
+        if (node->isListedTwice())
+        {
+            position = m_shared.emplace(node.get(), position).first->second;
+        }
+        if (position == m_nodes.size())
+        {
+            m_nodes.push_back(node);
+        }
+        return position;
+    }
+
+    std::vector<NodePtr> m_nodes;
+    std::vector<std::size_t> m_firstChild; ///< by node: where its children begin, and the end
+    std::vector<std::size_t> m_children;   ///< positions in m_nodes
+    std::unordered_map<const Node*, std::size_t> m_shared; ///< what several parents list
+};
 } // namespace
 
 // Identifiers of the tree
@@ -50,7 +101,7 @@ void TreeIdentifiers::add(Node& parent, const NodePtr& node)
     if (m_parentIsInTree)
     {
         m_ids.insert(node->getID());
-        m_stamp.include(*node);
+        m_stamp.include(node->getTreeRevision());
     }
     const auto siblings = m_firstChildByID.find(&parent);
     if (siblings != m_firstChildByID.end())
@@ -89,9 +140,10 @@ void TreeIdentifiers::readTree()
     m_ids.clear();
     m_firstChildByID.clear();
     m_parentIsInTree = false;
+    m_stamp.include(m_scene.getTreeRevision());
     for (const NodePtr& node : m_scene.getNodeArray())
     {
-        m_stamp.include(*node);
+        m_stamp.include(node->getTreeRevision());
         m_ids.insert(node->getID());
         m_parentIsInTree = m_parentIsInTree || node == m_parent;
     }
@@ -117,43 +169,28 @@ void SceneGraphMerger::merge(const NodePtr& source, bool discardRepeated, bool m
 {
     // The source is listed before anything is added: it may hold the parent, and a
     // listener may change it.
-    const std::vector<Item> items = listSubtree(source);
-    std::vector<NodePtr> targets; // by item: what its children go under; empty: nowhere
-    targets.reserve(items.size());
-    for (std::size_t i = 0; i < items.size(); ++i)
+    const SubtreeList list(source);
+    struct Task
     {
-        const NodePtr& target = i == 0 ? m_parent : targets[items[i].parent];
-        targets.push_back(target
-                              ? mergeNode(*target, *items[i].source, discardRepeated, mergeRepeated)
-                              : NodePtr());
-    }
-}
-
-std::vector<SceneGraphMerger::Item> SceneGraphMerger::listSubtree(const NodePtr& source)
-{
-    struct Open
-    {
-        std::size_t item;
-        unsigned int nextChild;
+        std::size_t node;
+        NodePtr parent;
     };
-    std::vector<Item> items{{source, 0}};
-    std::vector<Open> open{{0, 0}};
-    while (!open.empty())
+    std::vector<Task> tasks{{0, m_parent}};
+    while (!tasks.empty())
     {
-        Open& level = open.back();
-        const NodePtr child = items[level.item].source->getChildNode(level.nextChild++);
-        if (!child)
+        const Task task = std::move(tasks.back());
+        tasks.pop_back();
+        const NodePtr target =
+            mergeNode(*task.parent, list.nodeAt(task.node), discardRepeated, mergeRepeated);
+        if (target)
         {
-            open.pop_back();
-            continue;
-        }
-        items.push_back({child, level.item});
-        if (child->getChildCount() != 0)
-        {
-            open.push_back({items.size() - 1, 0});
+            // The first child is to be met first.
+            for (std::size_t child = list.countChildren(task.node); child > 0; --child)
+            {
+                tasks.push_back({list.childOf(task.node, child - 1), target});
+            }
         }
     }
-    return items;
 }
 
 /// Merges one node; answers where its children go, empty when they are left out.
@@ -191,7 +228,8 @@ NodePtr SceneGraphMerger::copyNode(const Node& source, const std::string& id)
 
 void SceneGraphMerger::copyLayers(const Node& source, Node& copy)
 {
-    for (const int layerID : source.getLayers())
+    const std::set<int> layers = source.getLayers(); // a listener may change the source
+    for (const int layerID : layers)
     {
         const auto mapped = m_translations.layerMap.find(layerID);
         if (mapped != m_translations.layerMap.end())

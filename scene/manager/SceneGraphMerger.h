@@ -67,15 +67,6 @@ public:
     void merge(const NodePtr& source, bool discardRepeated, bool mergeRepeated);
 
 private:
-    /// A node to be merged. Above it stand those that it hangs below.
-    struct Item
-    {
-        NodePtr source;
-        std::size_t parent; ///< position of the item of the parent; itself for the first
-    };
-
-    static std::vector<Item> listSubtree(const NodePtr& source);
-
     NodePtr mergeNode(Node& parent, const Node& source, bool discardRepeated, bool mergeRepeated);
     NodePtr copyNode(const Node& source, const std::string& id);
     void copyLayers(const Node& source, Node& copy);

@@ -59,6 +59,7 @@ void SceneManager::addImage(const ImagePtr& image)
         image->setID(generateID());
     }
     m_images.add(image);
+    addID(image->getID());
     raise(events::sceneUpdate(), "");
 }
 
@@ -89,11 +90,13 @@ ImagePtr SceneManager::getImageAt(unsigned int index) const
 
 void SceneManager::setSurrounding(const ImagePtr& image)
 {
-    if (image && !m_images.contains(image))
+    const boost::shared_ptr<SceneManager> self = weak_from_this().lock(); // listeners may let go
+    const ImagePtr kept = image;
+    if (kept && !m_images.contains(kept))
     {
-        addImage(image);
+        addImage(kept);
     }
-    m_surrounding = image;
+    m_surrounding = kept;
     triggerEvent("SceneSurroundingUpdate", "");
 }
 
@@ -111,7 +114,11 @@ void SceneManager::setEffectLibrary(const std::vector<EffectPtr>& effects)
 
 void SceneManager::addEffect(const EffectPtr& effect)
 {
-    m_effects.add(effect);
+    if (effect)
+    {
+        m_effects.add(effect);
+        addID(effect->getID());
+    }
 }
 
 std::vector<EffectPtr> SceneManager::getEffectLibrary() const
@@ -164,6 +171,7 @@ void SceneManager::addMaterial(const MaterialPtr& material)
     if (material)
     {
         m_materials.add(material);
+        addID(material->getMaterialID());
         raise(events::sceneUpdate(), "MaterialList");
     }
 }
@@ -271,7 +279,11 @@ void SceneManager::setControllersLibrary(const std::vector<ControllerPtr>& contr
 
 void SceneManager::addController(const ControllerPtr& controller)
 {
-    m_controllers.add(controller);
+    if (controller)
+    {
+        m_controllers.add(controller);
+        addID(controller->getID());
+    }
 }
 
 std::vector<ControllerPtr> SceneManager::getControllersLibrary() const
@@ -296,7 +308,11 @@ void SceneManager::setAnimationsLibrary(const std::vector<AnimationPtr>& animati
 
 void SceneManager::addAnimation(const AnimationPtr& animation)
 {
-    m_animations.add(animation);
+    if (animation)
+    {
+        m_animations.add(animation);
+        addID(animation->getID());
+    }
 }
 
 std::vector<AnimationPtr> SceneManager::getAnimationsLibrary() const
@@ -318,7 +334,7 @@ void SceneManager::removeAllAnimations()
 
 void SceneManager::setPhysicsSceneLibrary(const std::vector<PhysicsScenePtr>& scenes)
 {
-    m_physicsScenes.install(scenes);
+    installRecorded(*this, m_physicsScenes, scenes, &PhysicsScene::getID);
 }
 
 std::vector<PhysicsScenePtr> SceneManager::getPhysicsSceneLibrary() const

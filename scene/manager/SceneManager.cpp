@@ -28,7 +28,7 @@ using core::event::EventType;
 SceneManager::SceneManager(const EventManagerPtr& eventManager)
     : EventBase(eventManager),
       m_treeRevision(boost::make_shared<TreeRevision>(0)),
-      m_nodeIndex(std::make_unique<NodeIndex>()),
+      m_nodeIndex(std::make_unique<NodeIndex>(m_treeRevision)),
       m_geometryManager(boost::make_shared<GeometryManager>(EventManagerPtr())),
       m_layerManager(boost::make_shared<LayerManager>()),
       m_sceneName("DefaultScene"),
@@ -49,12 +49,15 @@ SceneManager::SceneManager(const EventManagerPtr& eventManager)
 
 SceneManager::~SceneManager()
 {
-    stop();
-    // Nodes and controllers hold geometry; it can tell who else does when they are gone.
-    m_worker->clearControllers();
-    m_animationManager.reset();
+    m_worker->stop();
+    detachForGood();
+    m_geometryManager->setEventManager(EventManagerPtr());
+    m_worker->setEventManager(EventManagerPtr());
+    // Nodes and scene controllers hold geometry: its manager can tell who else does when
+    // they are gone, which on the worker itself is after this turn.
+    m_worker->clearSceneControllers();
     m_root.reset();
-    m_controllers.clear();
+    m_worker->holdForTurn(m_geometryManager);
 }
 
 // Life and worker thread
@@ -72,12 +75,15 @@ EventManagerPtr SceneManager::getEventManager()
 
 void SceneManager::setEventManager(boost::shared_ptr<core::event::EventManager> eventManager)
 {
-    EventBase::setEventManager(eventManager);
-    if (m_geometryManager)
+    EventBase::setEventManager(std::move(eventManager));
+    // Another thread may set another one meanwhile: in the end all three have the same.
+    EventManagerPtr current;
+    do
     {
-        m_geometryManager->setEventManager(eventManager);
-    }
-    m_worker->setEventManager(eventManager);
+        current = getEventManager();
+        getGeometryManager()->setEventManager(current);
+        m_worker->setEventManager(current);
+    } while (getEventManager() != current);
 }
 
 void SceneManager::triggerEvent(Event event)
@@ -102,7 +108,7 @@ void SceneManager::addSceneController(const ISceneControllerPtr& controller)
         return;
     }
     const ISceneControllerPtr kept = controller;
-    m_worker->addController(kept);
+    m_worker->addSceneController(kept);
     const boost::shared_ptr<SceneManager> self = weak_from_this().lock();
     if (self)
     {
@@ -114,7 +120,7 @@ void SceneManager::removeSceneController(const ISceneControllerPtr& controller)
 {
     if (controller)
     {
-        m_worker->removeController(controller);
+        m_worker->removeSceneController(controller);
     }
 }
 
@@ -162,6 +168,7 @@ EvaluatorPtr SceneManager::getEvaluatorAt(unsigned int index) const
 
 GeometryManagerPtr SceneManager::getGeometryManager() const
 {
+    const std::lock_guard<std::mutex> lock(m_geometryManagerMutex);
     return m_geometryManager;
 }
 
@@ -171,9 +178,14 @@ void SceneManager::setGeometryManager(const GeometryManagerPtr& geometryManager)
     {
         return;
     }
-    m_geometryManager = geometryManager;
-    m_geometryManager->setEventManager(getEventManager());
-    for (const std::string& id : m_geometryManager->getIDs())
+    GeometryManagerPtr installed = geometryManager;
+    const GeometryManagerPtr kept = geometryManager;
+    {
+        const std::lock_guard<std::mutex> lock(m_geometryManagerMutex);
+        m_geometryManager.swap(installed);
+    }
+    kept->setEventManager(getEventManager());
+    for (const std::string& id : kept->getIDs())
     {
         addID(id);
     }
@@ -275,32 +287,32 @@ void SceneManager::setRoot(const NodePtr& root)
     m_root = root;
 }
 
-NodePtr SceneManager::getNodeByID(const std::string& id)
+NodePtr SceneManager::getNodeByID(const std::string& id) const
 {
     return m_nodeIndex->find(id, m_root);
 }
 
-NodePtr SceneManager::getNodeByID(const std::string& id, const NodePtr& from)
+NodePtr SceneManager::getNodeByID(const std::string& id, const NodePtr& from) const
 {
     return from ? from->findByID(id) : NodePtr();
 }
 
-NodePtr SceneManager::getNodeByName(const std::string& name)
+NodePtr SceneManager::getNodeByName(const std::string& name) const
 {
     return getNodeByName(name, m_root);
 }
 
-NodePtr SceneManager::getNodeByName(const std::string& name, const NodePtr& from)
+NodePtr SceneManager::getNodeByName(const std::string& name, const NodePtr& from) const
 {
     return from ? from->findByName(name) : NodePtr();
 }
 
-std::vector<NodePtr> SceneManager::getNodeArray()
+std::vector<NodePtr> SceneManager::getNodeArray() const
 {
     return getNodeArray(m_root);
 }
 
-std::vector<NodePtr> SceneManager::getNodeArray(const NodePtr& from)
+std::vector<NodePtr> SceneManager::getNodeArray(const NodePtr& from) const
 {
     return from ? from->getNodesBelow() : std::vector<NodePtr>();
 }
@@ -310,6 +322,7 @@ void SceneManager::removeNode(const NodePtr& node)
     const NodePtr parent = node ? node->getParent() : NodePtr();
     if (parent)
     {
+        const boost::shared_ptr<SceneManager> self = weak_from_this().lock();
         parent->removeChild(node);
         raise(events::sceneUpdate(), "");
     }
@@ -320,12 +333,12 @@ void SceneManager::removeNodeByID(const std::string& name)
     removeNode(getNodeByName(name));
 }
 
-void SceneManager::raise(const EventType& type, const char* data)
+void SceneManager::raise(const EventType& type, const std::string& data)
 {
     const EventManagerPtr manager = getEventManager();
     if (manager && manager->hasListeners(type))
     {
-        manager->triggerEvent(Event(type, data, ""));
+        triggerEvent(Event(type, data, ""));
     }
 }
 } // namespace velmoran::scene

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <set>
 #include <string>
 #include <vector>
@@ -35,8 +36,23 @@ class SceneWorker;
 /// Libraries: lists in insertion order; look-ups are linear and the first match
 ///     wins; unknown identifiers and indices out of range give empty handles. Empty
 ///     handles are left out wherever something is added or installed.
-/// Identifiers: every identifier that begins with "OID" and is met here is
-///     recorded, so that `generateID` never gives it out.
+/// Identifiers: every identifier that begins with "OID" and comes into a library or to
+///     a node of this scene is recorded, so that `generateID` never gives it out.
+/// Events handled, by which other parts of the application edit materials. The first
+///     field is not read; an event with too few fields is ignored. Handlers run on the
+///     thread that raises the event, which holds the scene lock where others may read.
+///
+/// | event                        | fields                          | effect                 |
+/// |------------------------------|---------------------------------|------------------------|
+/// | "L_NewEffect"                | -, ID, file name                | adds an effect         |
+/// | "L_NewMaterial"              | -, ID, effect's ID              | adds a material        |
+/// | "L_MaterialParameterUpdated" | -, material's ID, name, value,  | sets or adds the       |
+/// |                              | type                            | parameter; the value   |
+/// |                              |                                 | of a "texture" is a    |
+/// |                              |                                 | file name, stored as   |
+/// |                              |                                 | the ID of its image    |
+/// | "L_MaterialTechniqueChanged" | -, material's ID, technique     | sets the technique     |
+///
 /// Ownership: create it with `boost::make_shared`. It holds its nodes, geometry and
 ///     libraries; nodes, cameras and lights remember it weakly. Dropping the last
 ///     handle stops the thread and frees the scene, also on the scene's own worker
@@ -45,9 +61,13 @@ class SceneWorker;
 /// Threads: `lockScene`/`unlockScene`, `stop`, the controller list, `setClock`,
 ///     `getClock`, `setEventManager`, `getEventManager`, `triggerEvent` and the
 ///     registrations may be called from any thread at any time. Everything else
-///     takes no lock: callers hold the scene lock where another thread may read or
-///     change the scene. Look-ups may run on several threads at once while nobody
-///     changes the scene.
+///     takes no lock: callers hold the scene lock (`SceneLock`) where another thread may
+///     read or change the scene. That goes for nodes of this scene that hang in no tree
+///     yet, too: they record identifiers and layers here. Look-ups may run on several
+///     threads at once while nobody changes the scene.
+///     The scene lock is not recursive. Events are raised on the thread that makes the
+///     change, under whatever that thread holds: handlers of changes that are made in
+///     `update`, or by a caller who holds the scene lock, run under it.
 class VELMORAN_SCENE_EXPORT SceneManager : public core::event::EventBase,
                                            public boost::enable_shared_from_this<SceneManager>,
                                            public ISceneContext
@@ -67,20 +87,25 @@ public:
 
     /// Stops the worker for good and detaches from the event manager. A second call
     /// does nothing. Waits for the running turn; called on the worker itself (by a
-    /// controller or a handler), it returns at once and the thread ends after that
-    /// turn. Do not call it while holding the scene lock.
+    /// controller or a handler), it does not wait for that turn; the thread ends after
+    /// it. As every detaching it waits for handlers of this scene on other threads. Do
+    /// not call it, nor drop the last handle, while holding the scene lock or another
+    /// one that an `update` or such a handler wants.
     void stop();
 
     core::event::EventManagerPtr getEventManager() override;
 
-    /// Replaces the event manager of the scene and of its geometry manager.
+    /// Replaces the event manager of the scene and of its geometry manager. Waits for
+    /// handlers on other threads (see `EventBase`). A "SyncScene" that is being raised may
+    /// still reach the one before.
     void setEventManager(boost::shared_ptr<core::event::EventManager> eventManager) override;
 
     using core::event::EventBase::triggerEvent;
     void triggerEvent(core::event::Event event) override;
 
-    /// Keeps controller updates out until `unlockScene`, on the same thread. Not from
-    /// a controller's `update`: the worker holds this lock then.
+    /// Keeps controller updates out until `unlockScene`, on the same thread; waits for the
+    /// running turn. Not recursive, and not from a controller's `update`: the worker holds
+    /// this lock then.
     void lockScene();
     void unlockScene();
 
@@ -108,7 +133,8 @@ public:
     GeometryManagerPtr getGeometryManager() const;
 
     /// Installs another geometry library, gives it this scene's event manager and
-    /// records its identifiers. An empty handle is ignored.
+    /// records its identifiers. The one before keeps its event manager. An empty handle
+    /// is ignored.
     void setGeometryManager(const GeometryManagerPtr& geometryManager);
     LayerManagerPtr getLayerManager() override;
 
@@ -139,7 +165,7 @@ public:
     // Node tree
 
     /// The root; made, with this scene as its owner, when there is none yet. Needs a
-    /// scene that is owned by a handle then.
+    /// scene that is owned by a handle then, and counts as a change of the scene.
     NodePtr getRoot();
 
     /// Replaces the root; an empty handle clears it. Raises nothing.
@@ -147,22 +173,23 @@ public:
 
     /// The first node with this ID, a node before its children and children in
     /// order; empty when there is none. On an unchanged tree in constant time on
-    /// average: the second look-up after a change builds an index, which costs a
-    /// walk over the tree, and so does each look-up before that.
-    NodePtr getNodeByID(const std::string& id);
+    /// average. The first look-up after a change walks the tree, the second builds an
+    /// index in one walk. Adding, removing and renaming a node of this scene counts as a
+    /// change, also where it hangs in no tree yet.
+    NodePtr getNodeByID(const std::string& id) const;
 
     /// The same below `from`, which is included; empty when `from` is. Linear.
-    NodePtr getNodeByID(const std::string& id, const NodePtr& from);
+    NodePtr getNodeByID(const std::string& id, const NodePtr& from) const;
 
     /// As `getNodeByID`, by name. Linear.
-    NodePtr getNodeByName(const std::string& name);
-    NodePtr getNodeByName(const std::string& name, const NodePtr& from);
+    NodePtr getNodeByName(const std::string& name) const;
+    NodePtr getNodeByName(const std::string& name, const NodePtr& from) const;
 
     /// All nodes of the tree in pre-order, each once. Linear.
-    std::vector<NodePtr> getNodeArray();
+    std::vector<NodePtr> getNodeArray() const;
 
     /// The same below `from`, which is included.
-    std::vector<NodePtr> getNodeArray(const NodePtr& from);
+    std::vector<NodePtr> getNodeArray(const NodePtr& from) const;
 
     /// Removes a node from its parent and raises "SceneUpdate". A node without
     /// parent is left alone.
@@ -223,6 +250,7 @@ public:
     unsigned int getCameraCount() const;
     CameraPtr getCameraAt(unsigned int index) const;
 
+    /// Appends `instance` and logs it.
     void addCameraInstance(const CameraInstancePtr& instance);
     CameraInstancePtr getCameraInstanceBySID(const std::string& sid) const;
     unsigned int getCameraInstanceCount() const;
@@ -252,7 +280,7 @@ public:
     /// the root, with an ID of its own. The node's name becomes `lightID`. A light
     /// whose ID is taken is placed all the same, with a warning. Throws
     /// `boost::bad_weak_ptr`, with nothing done, when no handle owns this scene.
-    void createNewLight(int type, const std::string& lightID, const std::string& nodeID,
+    void createNewLight(int type, std::string lightID, const std::string& nodeID,
                         const std::string& parentID);
 
     // Controllers (skins and morphs)
@@ -311,9 +339,12 @@ public:
     /// Cameras, lights, controllers, animations and physics are not merged. An empty
     /// handle and this scene itself do nothing at all; a scene without root adds no
     /// node. Geometries that do not clash are shared with `other`, everything else is
-    /// copied. Linear in the nodes present and merged.
+    /// copied. Linear in the nodes present and merged, as long as no listener edits the
+    /// tree meanwhile. Throws `boost::bad_weak_ptr`, with nothing done, when no handle
+    /// owns this scene. Reads `other`: hold its scene lock, too, where its own worker or
+    /// another thread may change it, and where two threads merge, in a fixed order.
     void mergeSceneManager(const boost::shared_ptr<SceneManager>& other, int flags,
-                           const std::string& parentNodeID);
+                           std::string parentNodeID);
 
     /// A clashing image is discarded, or renamed with the suffix "__renamed__".
     std::map<std::string, std::string> mergeImageLibrary(const std::vector<ImagePtr>& images,
@@ -338,8 +369,10 @@ public:
     /// `parent` that has the ID (`mergeRepeated`, when there is one), or renamed. A
     /// layer without entry in `layerMap` goes to this scene's layer of the same name.
     /// An instance of a geometry that this scene lacks is skipped with an error; a
-    /// symbol whose material it lacks stays, with an empty handle. Empty handles do
-    /// nothing. Linear in the nodes present and merged.
+    /// symbol whose material it lacks stays, with an empty handle; materials are those
+    /// of the beginning. A copy raises its transformation events once, as it is added.
+    /// `effectRenames` changes nothing. Empty handles do nothing. Linear in the nodes
+    /// present and merged.
     void mergeSceneGraph(const NodePtr& parent, const NodePtr& source,
                          const std::map<std::string, std::string>& geometryRenames,
                          const std::map<std::string, std::string>& effectRenames,
@@ -354,7 +387,7 @@ private:
     void localMaterialParameterUpdatedHandler(core::event::Event event);
     void localMaterialTechniqueChangedHandler(core::event::Event event);
 
-    void raise(const core::event::EventType& type, const char* data);
+    void raise(const core::event::EventType& type, const std::string& data);
     void placeNode(const NodePtr& node, const std::string& parentID);
 
     // Released in reverse order.
@@ -362,6 +395,7 @@ private:
     NodePtr m_root;
     TreeRevisionPtr m_treeRevision;
     std::unique_ptr<NodeIndex> m_nodeIndex;
+    mutable std::mutex m_geometryManagerMutex; ///< guards the following handle
     GeometryManagerPtr m_geometryManager;
     LayerManagerPtr m_layerManager;
     float m_meterUnit = 1.0F;

@@ -41,12 +41,14 @@ boost::shared_ptr<T> findIn(const std::unordered_map<std::string, boost::shared_
     return found == items.end() ? boost::shared_ptr<T>() : found->second;
 }
 
-template <typename T>
-void appendAll(Library<T>& library, const std::vector<boost::shared_ptr<T>>& items)
+template <typename T, typename Getter>
+void appendAll(SceneManager& scene, Library<T>& library,
+               const std::vector<boost::shared_ptr<T>>& items, Getter getID)
 {
     for (const boost::shared_ptr<T>& item : items)
     {
         library.add(item);
+        scene.addID((item.get()->*getID)());
     }
 }
 
@@ -76,17 +78,18 @@ MaterialPtr copyMaterial(const Material& material, const std::string& id,
 } // namespace
 
 void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& other, int flags,
-                                     const std::string& parentNodeID)
+                                     std::string parentNodeID)
 {
     if (!other || other.get() == this)
     {
         return;
     }
-    const boost::shared_ptr<SceneManager> kept = other; // whatever listeners do
+    const boost::shared_ptr<SceneManager> self = shared_from_this(); // listeners may let go
+    const boost::shared_ptr<SceneManager> kept = other;
     const auto isSet = [flags](MergeFlags flag) { return (flags & flag) != 0; };
 
-    const RenameMap geometryRenames = m_geometryManager->mergeGeometries(
-        kept->m_geometryManager, isSet(DISCARD_REPEATED_GEOMETRIES));
+    const RenameMap geometryRenames = getGeometryManager()->mergeGeometries(
+        kept->getGeometryManager(), isSet(DISCARD_REPEATED_GEOMETRIES));
     const RenameMap imageRenames =
         mergeImageLibrary(kept->m_images.items(), isSet(DISCARD_REPEATED_IMAGES));
     const RenameMap effectRenames = mergeEffectLibrary(kept->m_effects.items());
@@ -97,7 +100,7 @@ void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& othe
 
     if (kept->m_root)
     {
-        const NodePtr named = getNodeByID(parentNodeID);
+        const NodePtr named = parentNodeID.empty() ? NodePtr() : getNodeByID(parentNodeID);
         mergeSceneGraph(named ? named : getRoot(), kept->m_root, geometryRenames, effectRenames,
                         materialRenames, layerMap, isSet(DISCARD_REPEATED_NODES),
                         isSet(MERGE_REPEATED_NODES));
@@ -133,7 +136,7 @@ RenameMap SceneManager::mergeImageLibrary(const std::vector<ImagePtr>& images, b
         }
         added.push_back(boost::make_shared<Image>(id, image->getFilename(), image->getName()));
     }
-    appendAll(m_images, added);
+    appendAll(*this, m_images, added, &Image::getID);
     m_logger << "[INFO] Added " + std::to_string(added.size()) + " new images.";
     return renames;
 }
@@ -164,7 +167,7 @@ RenameMap SceneManager::mergeEffectLibrary(const std::vector<EffectPtr>& effects
         }
         added.push_back(boost::make_shared<Effect>(id, effect->getFilename(), effect->getName()));
     }
-    appendAll(m_effects, added);
+    appendAll(*this, m_effects, added, &Effect::getID);
     m_logger << "[INFO] Added " + std::to_string(added.size()) + " new effects.";
     return renames;
 }
@@ -203,7 +206,7 @@ RenameMap SceneManager::mergeMaterialLibrary(const std::vector<MaterialPtr>& mat
         added.push_back(copyMaterial(*material, id, effectID, imageRenames));
         m_logger << "[INFO] Addded new Material: " + id;
     }
-    appendAll(m_materials, added);
+    appendAll(*this, m_materials, added, &Material::getMaterialID);
     m_logger << "[INFO] Added " + std::to_string(added.size()) + " new Materials.";
     raise(events::sceneUpdate(), "MaterialList");
     return renames;
@@ -219,6 +222,7 @@ void SceneManager::mergeSceneGraph(const NodePtr& parent, const NodePtr& source,
     {
         return;
     }
+    const boost::shared_ptr<SceneManager> self = shared_from_this(); // listeners may let go
     SceneGraphMerger merger(*this, parent, m_logger, {geometryRenames, materialRenames, layerMap});
     merger.merge(source, discardRepeated, mergeRepeated);
 }

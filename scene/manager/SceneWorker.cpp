@@ -55,14 +55,25 @@ struct SceneWorker::State
         return {clock, eventManager};
     }
 
+    /// Marks this thread as the one of a turn for as long as it lives.
+    struct Turn
+    {
+        explicit Turn(State& s) : state(s) { state.turnThread = std::this_thread::get_id(); }
+        ~Turn() { state.turnThread = std::thread::id(); }
+        Turn(const Turn&) = delete;
+        Turn& operator=(const Turn&) = delete;
+        State& state;
+    };
+
     bool updateControllers();
     void announceChange();
 
     std::atomic<bool> stopRequested{false};
 
-    boost::mutex startMutex; ///< guards threadStarted
+    boost::mutex startMutex; ///< guards the following two, which then stay
     boost::condition_variable_any startCondition;
     bool threadStarted = false;
+    std::thread::id workerThread;
 
     boost::mutex controllersMutex; ///< guards the controllers
     Controllers controllers;       ///< writers, newest first, then readers
@@ -70,49 +81,44 @@ struct SceneWorker::State
     boost::mutex sceneMutex;                                    ///< the scene lock
     std::atomic<std::thread::id> turnThread{std::thread::id()}; ///< that of a running turn
 
-    mutable boost::mutex settingsMutex; ///< guards what follows; nothing is called under it
+    boost::mutex settingsMutex; ///< guards what follows; nothing is called under it
     core::system::IClockPtr clock;
     core::event::EventManagerPtr eventManager;
 
-    boost::posix_time::ptime lastUpdateTime; ///< the worker's own once it runs
+    // The worker's own once it runs.
+    boost::posix_time::ptime lastUpdateTime;
+    bool stoppedInTurn = false;
+    boost::shared_ptr<void> heldForTurn; ///< released after the controllers of the turn
 };
 
 /// One locked update of all controllers; whether any of them changed the scene.
 bool SceneWorker::State::updateControllers()
 {
     // A controller may change the list, or drop the last handle of another one. The
-    // copy goes after the locks.
+    // copy goes after the locks, and after it what waits for that.
+    boost::shared_ptr<void> held;
     Controllers turnControllers;
     Lock controllersLock(controllersMutex, boost::defer_lock);
     Lock sceneLock(sceneMutex, boost::defer_lock);
     boost::lock(controllersLock, sceneLock);
     turnControllers = controllers;
 
-    struct Turn
-    {
-        explicit Turn(State& s) : state(s) { state.turnThread = std::this_thread::get_id(); }
-        ~Turn() { state.turnThread = std::thread::id(); }
-        State& state;
-    };
-
-    const core::system::IClockPtr turnClock = getSettings().first;
-    const boost::posix_time::ptime now = turnClock->getTime();
-    const boost::posix_time::time_duration elapsed = now - lastUpdateTime;
     bool changed = false;
     {
         const Turn turn(*this);
+        const boost::posix_time::ptime now = getSettings().first->getTime();
+        const boost::posix_time::time_duration elapsed = now - lastUpdateTime;
         for (const ISceneControllerPtr& controller : turnControllers)
         {
-            if (stopRequested)
+            if (stoppedInTurn)
             {
                 break;
             }
             changed = controller->update(elapsed) || changed;
         }
+        lastUpdateTime = now;
     }
-    lastUpdateTime = now;
-    sceneLock.unlock();
-    controllersLock.unlock();
+    held.swap(heldForTurn);
     return changed;
 }
 
@@ -155,7 +161,11 @@ SceneWorker::~SceneWorker()
 void SceneWorker::stop()
 {
     m_state->stopRequested = true;
-    if (m_thread.get_id() == boost::this_thread::get_id())
+    if (m_state->isInTurn())
+    {
+        m_state->stoppedInTurn = true;
+    }
+    if (m_state->workerThread == std::this_thread::get_id())
     {
         return;
     }
@@ -168,10 +178,11 @@ void SceneWorker::stop()
     }
 }
 
-void SceneWorker::setClock(const core::system::IClockPtr& clock)
+void SceneWorker::setClock(core::system::IClockPtr clock)
 {
+    // What was set before ends with the argument, after the lock.
     const Lock lock(m_state->settingsMutex);
-    m_state->clock = clock;
+    m_state->clock.swap(clock);
 }
 
 core::system::IClockPtr SceneWorker::getClock() const
@@ -179,10 +190,10 @@ core::system::IClockPtr SceneWorker::getClock() const
     return m_state->getSettings().first;
 }
 
-void SceneWorker::setEventManager(const core::event::EventManagerPtr& eventManager)
+void SceneWorker::setEventManager(core::event::EventManagerPtr eventManager)
 {
     const Lock lock(m_state->settingsMutex);
-    m_state->eventManager = eventManager;
+    m_state->eventManager.swap(eventManager);
 }
 
 void SceneWorker::lockScene()
@@ -195,7 +206,7 @@ void SceneWorker::unlockScene()
     m_state->sceneMutex.unlock();
 }
 
-void SceneWorker::addController(const ISceneControllerPtr& controller)
+void SceneWorker::addSceneController(const ISceneControllerPtr& controller)
 {
     const bool readOnly = controller->isReadOnly();
     const LockUnlessHeld lock(m_state->controllersMutex, m_state->isInTurn());
@@ -203,7 +214,7 @@ void SceneWorker::addController(const ISceneControllerPtr& controller)
     controllers.insert(readOnly ? controllers.end() : controllers.begin(), controller);
 }
 
-void SceneWorker::removeController(const ISceneControllerPtr& controller)
+void SceneWorker::removeSceneController(const ISceneControllerPtr& controller)
 {
     const ISceneControllerPtr kept = controller; // released after the lock, if it is the last
     const LockUnlessHeld lock(m_state->controllersMutex, m_state->isInTurn());
@@ -215,11 +226,19 @@ void SceneWorker::removeController(const ISceneControllerPtr& controller)
     }
 }
 
-void SceneWorker::clearControllers()
+void SceneWorker::clearSceneControllers()
 {
     Controllers released;
     const LockUnlessHeld lock(m_state->controllersMutex, m_state->isInTurn());
     m_state->controllers.swap(released);
+}
+
+void SceneWorker::holdForTurn(boost::shared_ptr<void> object)
+{
+    if (m_state->isInTurn())
+    {
+        m_state->heldForTurn = std::move(object);
+    }
 }
 
 void SceneWorker::run(const std::shared_ptr<State>& state)
@@ -227,6 +246,7 @@ void SceneWorker::run(const std::shared_ptr<State>& state)
     {
         const Lock lock(state->startMutex);
         state->threadStarted = true;
+        state->workerThread = std::this_thread::get_id();
     }
     state->startCondition.notify_one();
     while (!state->stopRequested)

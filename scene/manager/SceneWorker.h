@@ -39,23 +39,27 @@ public:
     /// Ends the thread and waits for it, unless called on the thread itself.
     void stop();
 
-    void setClock(const core::system::IClockPtr& clock);
+    void setClock(core::system::IClockPtr clock);
     core::system::IClockPtr getClock() const;
 
     /// Where "SyncScene" is raised; may be empty.
-    void setEventManager(const core::event::EventManagerPtr& eventManager);
+    void setEventManager(core::event::EventManagerPtr eventManager);
 
     void lockScene();
     void unlockScene();
 
     /// Adds behind all others what only reads, in front of them what writes.
-    void addController(const ISceneControllerPtr& controller);
+    void addSceneController(const ISceneControllerPtr& controller);
 
     /// Takes out the first entry of `controller`.
-    void removeController(const ISceneControllerPtr& controller);
+    void removeSceneController(const ISceneControllerPtr& controller);
 
-    /// Lets go of all controllers.
-    void clearControllers();
+    /// Lets go of all controllers; from a controller's `update`, after the turn.
+    void clearSceneControllers();
+
+    /// Keeps `object` until the running turn has let go of its controllers; nothing when
+    /// the calling thread is not the worker in a turn.
+    void holdForTurn(boost::shared_ptr<void> object);
 
 private:
     struct State;

@@ -18,14 +18,13 @@ namespace velmoran::core::event
 namespace
 {
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 /// Calls a function with every event of the types that it registered for.
 class Listener : public EventBase
 {
 public:
     explicit Listener(const EventManagerPtr& manager) : EventBase(manager) {}
-    ~Listener() override { setEventManager(EventManagerPtr()); }
+    ~Listener() override { detachForGood(); }
 
     void on(const EventType& type, const std::function<void(const Event&)>& function)
     {
@@ -170,22 +169,67 @@ TEST_F(EventDispatch, DetachingWaitsForAHandlerOnAnotherThread)
 
 TEST_F(EventDispatch, TwoHandlersMayDetachTheirObjectAtTheSameTime)
 {
-    Listener listener(manager);
-    std::atomic<int> inside{0};
-    listener.on("ping",
-                [&](const Event&)
-                {
-                    ++inside;
-                    while (inside < 2)
-                    {
-                        std::this_thread::yield();
-                    }
-                    listener.setEventManager(EventManagerPtr());
-                });
-    std::thread other([&] { manager->triggerEvent("ping", ""); });
-    manager->triggerEvent("ping", "");
-    other.join();
-    EXPECT_EQ(inside, 2);
+    // By one type and by two: each waits for none that waits itself.
+    for (const char* const second : {"ping", "pong"})
+    {
+        Listener listener(manager);
+        std::atomic<int> inside{0};
+        const auto detach = [&](const Event&)
+        {
+            ++inside;
+            while (inside < 2)
+            {
+                std::this_thread::yield();
+            }
+            listener.setEventManager(EventManagerPtr());
+        };
+        listener.on("ping", detach);
+        listener.on("pong", detach);
+        std::thread other([&] { manager->triggerEvent(second, ""); });
+        manager->triggerEvent("ping", "");
+        other.join();
+        EXPECT_EQ(inside, 2);
+    }
+}
+
+TEST_F(EventDispatch, DestructionWaitsForAHandlerThatDetachedItself)
+{
+    std::promise<void> detached;
+    std::promise<void> release;
+    std::atomic<bool> finished{false};
+    auto listener = std::make_unique<Listener>(manager);
+    Listener* const object = listener.get();
+    listener->on("ping",
+                 [&](const Event&)
+                 {
+                     object->unregister("ping");
+                     object->setEventManager(EventManagerPtr());
+                     detached.set_value();
+                     release.get_future().wait();
+                     finished = true;
+                 });
+    std::thread raising([&] { manager->triggerEvent("ping", ""); });
+    detached.get_future().wait();
+    std::thread releasing([&] { release.set_value(); });
+    listener.reset();
+    EXPECT_TRUE(finished);
+    raising.join();
+    releasing.join();
+}
+
+TEST_F(EventDispatch, AnOverridingManagerHearsWhatItAsksFor)
+{
+    struct Recording : EventManager
+    {
+        using EventManager::triggerEvent;
+        void triggerEvent(Event event) override { last = event.getEventData().getData(); }
+        bool hasListeners(const EventType&) const override { return true; }
+        std::string last;
+    };
+    const auto recording = boost::make_shared<Recording>();
+    Listener listener(recording);
+    listener.triggerEvent("ping", "1");
+    EXPECT_EQ(recording->last, "1");
 }
 
 TEST_F(EventDispatch, NobodyIsCalledAfterItsDestructionWhileThreadsRaise)

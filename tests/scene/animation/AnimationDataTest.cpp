@@ -44,23 +44,20 @@ TEST(Sampler, FindsTheFirstInputOfARoleAndNeverAnUnknownOne)
     EXPECT_FALSE(sampler.getStreamBySemantic(Sampler::UNKNOWN));
 }
 
-TEST(Animation, ListsItsPartsInOrderAndFindsTheFirstByID)
+TEST(Animation, LeavesOutEmptyPartsAndItselfAndFindsTheFirstByID)
 {
+    const SamplerPtr sampler = boost::make_shared<Sampler>("s");
     const StreamPtr stream = makeStream("x");
-    const SamplerPtr sampler = boost::make_shared<Sampler>("n-sampler");
-    const SamplerPtr twin = boost::make_shared<Sampler>("n-sampler");
     const AnimationPtr animation = makeAnimation();
     animation->setStreams({StreamPtr(), stream, makeStream("x")});
-    EXPECT_EQ(animation->getStreams().size(), 2U);
-    EXPECT_EQ(animation->getStreamById("x"), stream);
-    animation->setSamplers({sampler, SamplerPtr(), twin});
-    EXPECT_THAT(animation->getSamplers(), ElementsAre(sampler, twin));
-    EXPECT_EQ(animation->getSamplerById("n-sampler"), sampler);
-    EXPECT_FALSE(animation->getSamplerById("n"));
-
+    animation->setSamplers({SamplerPtr(), sampler});
     animation->addAnimation(AnimationPtr());
     animation->addAnimation(animation);
-    EXPECT_THAT(animation->getChildAnimations(), ElementsAre());
+    EXPECT_EQ(animation->getStreams().size(), 2U);
+    EXPECT_EQ(animation->getStreamById("x"), stream);
+    EXPECT_FALSE(animation->getStreamById("X"));
+    EXPECT_EQ(animation->getSamplerById("s"), sampler);
+    EXPECT_TRUE(animation->getChildAnimations().empty());
 }
 
 TEST(Animation, ReleasesAnyDepthOnASmallStackAndLeavesHeldPartsWhole)
@@ -79,7 +76,7 @@ TEST(Animation, ReleasesAnyDepthOnASmallStackAndLeavesHeldPartsWhole)
     const boost::weak_ptr<Animation> deepest = last;
     last.reset();
     boost::thread::attributes attributes;
-    attributes.set_stack_size(256 * 1024);
+    attributes.set_stack_size(262144);
     boost::thread(attributes, [&] { root.reset(); }).join();
     EXPECT_EQ(held->getChildAnimations().size(), 2U);
     held.reset();

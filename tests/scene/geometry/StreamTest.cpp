@@ -1,20 +1,15 @@
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <random>
+#include <tuple>
 
 namespace velmoran::scene
 {
 namespace
 {
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
-const float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
-
 // The rule of insertion told as a plain search.
 int insertLinearly(std::vector<float>& data, std::size_t width, bool allowDuplicates,
                    const std::vector<float>& values)
@@ -33,7 +28,8 @@ int insertLinearly(std::vector<float>& data, std::size_t width, bool allowDuplic
 
 TEST(Stream, InsertsLikeALinearSearchWhateverHappensToItsData)
 {
-    const float values[] = {0.0f, -0.0f, 1.0f, 2.5f, -3.0f, 1e-40f, NOT_A_NUMBER};
+    const float values[] = {
+        0.0f, -0.0f, 1.0f, 2.5f, -3.0f, 1e-40f, std::numeric_limits<float>::quiet_NaN()};
     for (std::size_t width = 1; width <= 5; ++width)
     {
         SCOPED_TRACE(width);
@@ -50,7 +46,7 @@ TEST(Stream, InsertsLikeALinearSearchWhateverHappensToItsData)
             }
             tuple[0] += static_cast<float>(random() % 40); // more than a table's first size
             const auto event = random() % 1000;
-            if (event == 0)
+            if (event == 0 && !model.empty())
             {
                 model[model.size() / 2] = 2.5f;
                 stream.mutableData()[model.size() / 2] = 2.5f;
@@ -83,39 +79,35 @@ TEST(Stream, ForgetsItsOrderOfTuplesWithItsStride)
     EXPECT_EQ(stream.insertValue(2, pair), 3);
 }
 
-TEST(Stream, CountsInsertionsOnly)
-{
-    const float value[] = {1.0f, 2.0f, 3.0f};
-    for (const bool allowDuplicates : {false, true})
-    {
-        Stream stream("s", 3, allowDuplicates);
-        EXPECT_EQ(stream.insertValue(3, value), 0);
-        EXPECT_EQ(stream.insertValue(3, value), allowDuplicates ? 1 : 0);
-        EXPECT_EQ(stream.getCount(), allowDuplicates ? 2 : 1);
-        stream.setData({});
-        EXPECT_EQ(stream.getCount(), allowDuplicates ? 2 : 1);
-    }
-}
-
 TEST(Stream, RefusesWhatIsNotATuple)
 {
     const float values[] = {1.0f, 2.0f, 3.0f};
-    struct Row
+    const std::tuple<int, int, const float*> rows[] = {
+        {3, 2, values}, {2, 3, values}, {0, 0, values}, {-1, -1, values}, {3, 3, nullptr}};
+    for (const auto& [stride, n, tuple] : rows)
     {
-        const char* name;
-        int stride;
-        int n;
-        const float* values;
-    };
-    for (const Row& row : {Row{"too short", 3, 2, values}, Row{"too long", 2, 3, values},
-                           Row{"no width", 0, 0, values}, Row{"negative width", -1, -1, values},
-                           Row{"no values", 3, 3, nullptr}})
+        SCOPED_TRACE(stride);
+        Stream stream("s", stride, false);
+        EXPECT_EQ(stream.insertValue(n, tuple), -1);
+        EXPECT_TRUE(stream.getData().empty() && stream.getCount() == 0);
+    }
+}
+
+TEST(Stream, CountsWhatItStoresAndClonesAllButItsDescription)
+{
+    const float value[] = {4.0f, 5.0f};
+    for (const bool allowDuplicates : {false, true})
     {
-        SCOPED_TRACE(row.name);
-        Stream stream("s", row.stride, false);
-        EXPECT_EQ(stream.insertValue(row.n, row.values), -1);
-        EXPECT_THAT(stream.getData(), IsEmpty());
-        EXPECT_EQ(stream.getCount(), 0);
+        Stream stream("s", 2, allowDuplicates);
+        EXPECT_EQ(stream.insertValue(2, value), 0);
+        EXPECT_EQ(stream.insertValue(2, value), allowDuplicates ? 1 : 0);
+        stream.addParam("X", "float");
+        stream.addName("joint");
+        const StreamPtr copy = stream.clone();
+        EXPECT_EQ(copy->getCount(), allowDuplicates ? 2 : 1);
+        EXPECT_EQ(copy->getAllowDuplicates(), allowDuplicates);
+        EXPECT_EQ(copy->getData(), stream.getData());
+        EXPECT_TRUE(copy->getParamList().empty() && copy->getNameList().empty());
     }
 }
 
@@ -131,41 +123,18 @@ TEST(Stream, TakesValuesOutOfItsOwnData)
     }
 }
 
-TEST(Stream, ClonesEverythingButItsDescription)
-{
-    Stream stream("s", 2, true);
-    const float value[] = {4.0f, 5.0f};
-    stream.insertValue(2, value);
-    stream.addParam("X", "float");
-    stream.addName("joint");
-    const StreamPtr copy = stream.clone();
-    EXPECT_EQ(copy->getID(), "s");
-    EXPECT_EQ(copy->getStride(), 2);
-    EXPECT_EQ(copy->getCount(), 1);
-    EXPECT_TRUE(copy->getAllowDuplicates());
-    EXPECT_THAT(copy->getData(), ElementsAre(4.0f, 5.0f));
-    EXPECT_THAT(copy->getParamList(), IsEmpty());
-    EXPECT_THAT(copy->getNameList(), IsEmpty());
-}
-
 TEST(StreamSemantic, IsReadFromMoreNamesThanItIsWrittenWith)
 {
-    struct Row
-    {
-        const char* read;
-        int semantic;
-        const char* written;
+    const std::tuple<const char*, int, const char*> rows[] = {
+        {"VERTEX", 0, "VERTEX"},        {"TEXCOORD0", 3, "TEXCOORD"},
+        {"TEXCOORD7", 10, "TEXCOORD7"}, {"TEXBINORMAL", 12, "BINORMAL"},
+        {"TEXTANGENT", 13, "TANGENT"},  {"Normal", 14, "INVALID"},
     };
-    for (const Row& row :
-         {Row{"VERTEX", 0, "VERTEX"}, Row{"COLOR", 2, "COLOR"}, Row{"TEXCOORD", 3, "TEXCOORD"},
-          Row{"TEXCOORD0", 3, "TEXCOORD"}, Row{"TEXCOORD7", 10, "TEXCOORD7"},
-          Row{"NORMAL", 11, "NORMAL"}, Row{"TEXBINORMAL", 12, "BINORMAL"},
-          Row{"TEXTANGENT", 13, "TANGENT"}, Row{"Normal", 14, "INVALID"},
-          Row{"TEXCOORD8", 14, "INVALID"}, Row{"", 14, "INVALID"}})
+    for (const auto& [read, semantic, written] : rows)
     {
-        const StreamMapping mapping(row.read, StreamPtr(), 0);
-        EXPECT_EQ(mapping.getSemantic(), row.semantic) << row.read;
-        EXPECT_EQ(streamSemanticToString(mapping.getSemantic()), row.written);
+        const StreamMapping mapping(read, StreamPtr(), 0);
+        EXPECT_EQ(mapping.getSemantic(), semantic) << read;
+        EXPECT_EQ(streamSemanticToString(mapping.getSemantic()), written);
     }
     EXPECT_EQ(streamSemanticToString(static_cast<StreamSemantic>(-1)), "INVALID");
 }

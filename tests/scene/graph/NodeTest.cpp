@@ -1,3 +1,7 @@
+#include "scene/deform/InstanceController.h"
+#include "scene/geometry/InstanceGeometry.h"
+#include "scene/geometry/Mesh.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Light.h"
 #include "scene/graph/TransformationLookAt.h"
@@ -5,9 +9,12 @@
 #include "scene/graph/TransformationRotate.h"
 #include "scene/graph/TransformationScale.h"
 #include "scene/graph/TransformationTranslate.h"
+#include "scene/material/Material.h"
 #include "tests/scene/SceneUnderTest.h"
 
 #include <gmock/gmock.h>
+
+#include <cmath>
 
 namespace velmoran::scene
 {
@@ -192,8 +199,8 @@ TEST_F(NodeTree, MovesTurnsAndScalesInItsOwnFrame)
     EXPECT_TRUE(child->getCombinedRotations().matrix().isApprox(turned, 1e-6F));
     const std::vector<Eigen::Matrix4f> worlds = root->getCombinedTransformationsBelow();
     EXPECT_EQ(worlds.at(1), child->getCombinedTransformations());
-    EXPECT_EQ(worlds.at(1), Eigen::Matrix4f(local * 0 + root->getTransformations() *
-                                                            child->getTransformations()));
+    EXPECT_EQ(worlds.at(1),
+              Eigen::Matrix4f(root->getTransformations() * child->getTransformations()));
 }
 
 TEST_F(NodeTree, FoldsATransformationListInOrderAndKeepsIt)
@@ -255,6 +262,42 @@ TEST_F(NodeTree, AnnouncesLayersAndLights)
     EXPECT_EQ(root->getInstanceLight(0)->getID(), "sun");
     EXPECT_EQ(root->getInstanceLight(1), nullptr);
     EXPECT_THAT(root->getLayers(), IsEmpty());
+}
+
+TEST_F(NodeTree, SetsMaterialsOfPrimitivesByTheirSymbols)
+{
+    const auto mesh = boost::make_shared<Mesh>("cube", "");
+    mesh->addPrimitive(
+        boost::make_shared<TriangleMeshPrimitive>(mesh, std::vector<StreamMapping>()));
+    mesh->getPrimitive(0)->setMaterialSymbol("paint");
+    const auto red = boost::make_shared<Material>("red", "fx");
+    const auto instanceOf = [&](const char* symbol)
+    {
+        return boost::make_shared<InstanceGeometry>(
+            mesh, std::map<std::string, MaterialPtr>{{symbol, nullptr}});
+    };
+    root->addInstanceGeometry(instanceOf("other"));
+    root->addInstanceController(
+        boost::make_shared<InstanceController>(instanceOf("paint"), ControllerPtr()));
+    root->setMaterial(red, 1, 0);
+    root->setMaterial(red, 2, 0);
+    root->setMaterial(red, 1, 1);
+    root->setMaterial(MaterialPtr(), 1, 0);
+    EXPECT_THAT(scene.events.take(), ElementsAre("NodeMaterialChanged:root,1,0,red"));
+    const auto controlled = root->getInstanceController(0)->getInstanceGeometry();
+    EXPECT_EQ(controlled->getMaterial("paint"), red);
+    mesh->clearPrimitives();
+}
+
+TEST_F(NodeTree, KeepsItsTransformDefinedUnderBrokenMatrices)
+{
+    float broken[16] = {2, 0, 0, 0, 0, std::nanf(""), 0, 0, 0, 0, 3, 0, 0, 0, 0, 1};
+    root->addTransformation(boost::make_shared<TransformationMatrix>(broken));
+    EXPECT_EQ(root->getRotation().linear(), Eigen::Matrix3f::Identity());
+    EXPECT_EQ(root->getScale()[2], 3.0F);
+    float tiny[16] = {1e-30F, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1e30F, 0, 0, 0, 0, 1};
+    root->setTransformations(Eigen::Matrix4f(Eigen::Map<Eigen::Matrix4f>(tiny)));
+    EXPECT_EQ(root->getRotation().linear(), Eigen::Matrix3f::Identity());
 }
 
 TEST_F(NodeTree, AHandlerMayDropTheNodeThatIsAnnounced)

@@ -69,7 +69,8 @@ TEST(SceneManager, GeneratesIdentifiersThatNobodyUses)
     manager.setGeometryManager(GeometryManagerPtr());
     scene.eventManager->triggerEvent("L_NewEffect", "x,OID8,file");
     scene.eventManager->triggerEvent("L_NewMaterial", "x,OID9,fx");
-    EXPECT_EQ(manager.generateID(), "OID10");
+    manager.mergeImageLibrary({makeImage("OID10", "f")}, false);
+    EXPECT_EQ(manager.generateID(), "OID11");
     EXPECT_EQ(geometry->getEventManager(), scene.eventManager);
 }
 

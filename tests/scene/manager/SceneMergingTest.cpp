@@ -296,6 +296,49 @@ TEST_F(SceneMerging, LogsWhatBecameOfEveryLibraryItem)
                             "[INFO] Addded new Material: blue", "[INFO] Added 2 new Materials."));
 }
 
+TEST_F(SceneMerging, AListenerMayDropTheSceneMeanwhile)
+{
+    struct Dropping : core::event::EventBase
+    {
+        using EventBase::EventBase;
+        ~Dropping() override { detachForGood(); }
+        void handleEvent(core::event::Event) override { scene->reset(); }
+        SceneManagerPtr* scene = nullptr;
+    } dropping{scene.eventManager};
+    dropping.registerToListen("SceneUpdate");
+    const boost::weak_ptr<SceneManager> watch = scene.manager;
+    dropping.scene = &scene.manager;
+    SceneManager& manager = *scene.manager;
+    manager.mergeSceneManager(incoming, 0, "");
+    EXPECT_TRUE(watch.expired());
+}
+
+TEST_F(SceneMerging, CopiesDeepAndSharedSubtrees)
+{
+    NodePtr deepest = incoming->getNodeByID("arm");
+    for (int i = 0; i < 20000; ++i)
+    {
+        const NodePtr node = boost::make_shared<Node>(incoming);
+        deepest->addNode(node);
+        deepest = node;
+    }
+    incoming->getRoot()->addNode(deepest); // below two parents now
+    scene.events.setEventManager(core::event::EventManagerPtr());
+    merge(0);
+    EXPECT_EQ(scene.manager->getNodeArray().size(), 20005U);
+    // A subtree that is discarded is not walked, however often its nodes are listed.
+    NodePtr level = incoming->getRoot();
+    for (int i = 0; i < 60; ++i)
+    {
+        const NodePtr below = boost::make_shared<Node>(incoming);
+        level->addNode(below);
+        level->addNode(below);
+        level = below;
+    }
+    merge(SceneManager::DISCARD_REPEATED_NODES);
+    EXPECT_EQ(scene.manager->getNodeArray().size(), 20005U);
+}
+
 TEST_F(SceneMerging, StaysExactWhenListenersEditTheTreeMeanwhile)
 {
     struct Meddler : core::event::EventBase

@@ -3,12 +3,12 @@
 #include "scene/manager/ISceneController.h"
 #include "tests/scene/SceneUnderTest.h"
 
-#include <boost/thread/barrier.hpp>
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <condition_variable>
 #include <functional>
+#include <future>
 #include <mutex>
 #include <thread>
 
@@ -149,9 +149,9 @@ TEST(SceneWorker, RaisesOneSyncSceneForEachTurnThatChangedSomething)
     std::atomic<int> changes{0};
     const auto change = [&](time_duration)
     {
-        const bool changes_now = changes < 3;
-        changes += changes_now ? 1 : 0;
-        return changes_now;
+        const bool changesNow = changes < 3;
+        changes += changesNow ? 1 : 0;
+        return changesNow;
     };
     const auto idle = makeController(true);
     scene->lockScene();
@@ -193,6 +193,7 @@ TEST(SceneWorker, MeasuresTimeWithTheClockThatIsSet)
                        });
     scene->addSceneController(controller);
     controller->updates.waitFor(3);
+    scene->stop();
     EXPECT_TRUE(stepped);
 }
 
@@ -257,21 +258,19 @@ TEST(SceneWorker, MayEndItsOwnScene)
         SyncListener listener(
             events, inUpdate ? std::function<void()>([] {}) : [&, drop] { end(drop); });
         std::atomic<int> updates{0};
-        scene->lockScene();
-        const auto controller = makeController(false,
-                                               [&, inUpdate, drop](time_duration)
-                                               {
-                                                   ++updates;
-                                                   if (inUpdate)
-                                                   {
-                                                       end(drop);
-                                                   }
-                                                   return true;
-                                               });
-        const SceneManagerPtr locked = scene;
-        scene->addSceneController(controller);
-        locked->unlockScene();
-        const_cast<SceneManagerPtr&>(locked).reset();
+        std::promise<void> go; // from then on only the worker holds the scene
+        scene->addSceneController(makeController(false,
+                                                 [&, inUpdate, drop](time_duration)
+                                                 {
+                                                     ++updates;
+                                                     go.get_future().wait();
+                                                     if (inUpdate)
+                                                     {
+                                                         end(drop);
+                                                     }
+                                                     return true;
+                                                 }));
+        go.set_value();
         ended.waitFor(1);
         EXPECT_EQ(updates, 1);
         EXPECT_EQ(watch.expired(), drop);
