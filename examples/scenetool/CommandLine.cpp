@@ -1,0 +1,123 @@
+#include "examples/scenetool/CommandLine.h"
+
+#include "examples/scenetool/InfoCommand.h"
+#include "examples/scenetool/MergeCommand.h"
+#include "examples/scenetool/SceneLoader.h"
+
+#include <CLI/CLI.hpp>
+
+#include <filesystem>
+#include <new>
+#include <system_error>
+
+namespace velmoran::examples
+{
+namespace
+{
+enum ExitStatus
+{
+    SUCCESS = 0,
+    BAD_INPUT = 1,
+    WRONG_USAGE = 2
+};
+
+const char* const FLAGS_HELP = R"(How clashing identifiers are resolved: the sum of
+   1  discard a repeated geometry instead of renaming it
+   2  passed on with the materials; changes nothing
+   4  discard a repeated image instead of renaming it
+   8  discard a repeated layer instead of renaming it
+  16  discard a repeated node and all below it
+  32  let the children of a repeated node join the node present
+Repeated nodes are renamed without 16 and 32.)";
+
+void addInfo(CLI::App& app, InfoOptions& options)
+{
+    CLI::App* info = app.add_subcommand("info", "Show what a document holds");
+    info->add_option("FILE", options.fileName, "COLLADA document")->required();
+    info->add_flag("--json", options.asJson, "Write JSON");
+}
+
+void addMerge(CLI::App& app, MergeOptions& options)
+{
+    CLI::App* merge = app.add_subcommand("merge", "Merge documents into one and say what happened");
+    merge->add_option("BASE", options.base, "COLLADA document that the others are merged into")
+        ->required();
+    merge->add_option("FILE", options.files, "COLLADA documents, merged in this order")->required();
+    merge->add_option("--flags", options.flags, FLAGS_HELP)
+        ->check(CLI::Range(0, 63))
+        ->capture_default_str();
+    merge->add_option("--parent", options.parentID,
+                      "ID of the node to merge under; the root without it");
+    merge->add_flag("--events", options.printsEvents, "Print every event, one on a line");
+    merge->add_option("--obj", options.objFile,
+                      "Write the result in world space as Wavefront OBJ, with the materials' "
+                      "diffuse colours in an MTL file beside it");
+}
+
+/// Refuses to write over one of the documents.
+void checkOutput(const MergeOptions& options)
+{
+    std::vector<std::string> inputs = options.files;
+    inputs.push_back(options.base);
+    for (const std::string& input : inputs)
+    {
+        std::error_code ignored;
+        if (!options.objFile.empty() &&
+            std::filesystem::equivalent(input, options.objFile, ignored))
+        {
+            throw CLI::ValidationError("--obj", "would write over " + input);
+        }
+    }
+}
+
+int runCommand(const CLI::App& app, const InfoOptions& info, const MergeOptions& merge,
+               const Console& console)
+{
+    try
+    {
+        if (app.got_subcommand("info"))
+        {
+            runInfo(info, console);
+        }
+        else
+        {
+            runMerge(merge, console);
+        }
+        if (!console.out.flush())
+        {
+            throw CommandError("can't write to standard output");
+        }
+        return SUCCESS;
+    }
+    catch (const CommandError& error)
+    {
+        console.err << "scenetool: error: " << error.what() << '\n';
+    }
+    catch (const std::bad_alloc&)
+    {
+        console.err << "scenetool: error: out of memory\n";
+    }
+    return BAD_INPUT;
+}
+} // namespace
+
+int runSceneTool(int argc, const char* const* argv, const Console& console)
+{
+    CLI::App app("Shows and merges COLLADA documents with the scene library.", "scenetool");
+    app.require_subcommand(1);
+    InfoOptions info;
+    MergeOptions merge;
+    addInfo(app, info);
+    addMerge(app, merge);
+    try
+    {
+        app.parse(argc, argv);
+        checkOutput(merge);
+    }
+    catch (const CLI::ParseError& error)
+    {
+        return app.exit(error, console.out, console.err) == 0 ? SUCCESS : WRONG_USAGE;
+    }
+    return runCommand(app, info, merge, console);
+}
+} // namespace velmoran::examples

@@ -1,0 +1,178 @@
+#include "examples/scenetool/MergeCommand.h"
+
+#include "core/event/EventManager.h"
+#include "examples/scenetool/EventPrinter.h"
+#include "examples/scenetool/MergeReport.h"
+#include "examples/scenetool/ObjWriter.h"
+#include "examples/scenetool/Progress.h"
+#include "examples/scenetool/SceneFacts.h"
+#include "examples/scenetool/SceneLoader.h"
+#include "examples/scenetool/Text.h"
+#include "scene/graph/Node.h"
+#include "scene/manager/SceneManager.h"
+
+#include <boost/make_shared.hpp>
+
+#include <sstream>
+
+namespace velmoran::examples
+{
+namespace
+{
+using scene::SceneManager;
+using scene::SceneManagerPtr;
+
+/// Keeps the scene's worker out.
+class SceneLock
+{
+public:
+    explicit SceneLock(const SceneManagerPtr& scene) : m_scene(scene) { m_scene->lockScene(); }
+    ~SceneLock() { m_scene->unlockScene(); }
+    SceneLock(const SceneLock&) = delete;
+    SceneLock& operator=(const SceneLock&) = delete;
+
+private:
+    SceneManagerPtr m_scene;
+};
+
+/// Keeps what is written until its end, so that nothing comes between the line of
+/// progress, which goes before. Hands everything on at once when it is not to keep.
+class DeferredOutput
+{
+public:
+    DeferredOutput(const Console& console, bool keeps)
+        : m_target(console),
+          m_console{keeps ? m_out : console.out, keeps ? m_err : console.err, console.outIsTerminal,
+                    console.errIsTerminal}
+    {
+    }
+
+    ~DeferredOutput()
+    {
+        m_target.out << m_out.str();
+        m_target.err << m_err.str();
+    }
+
+    DeferredOutput(const DeferredOutput&) = delete;
+    DeferredOutput& operator=(const DeferredOutput&) = delete;
+
+    const Console& getConsole() const { return m_console; }
+
+private:
+    Console m_target;
+    std::ostringstream m_out;
+    std::ostringstream m_err;
+    Console m_console;
+};
+
+void warn(const std::string& text, const Console& console)
+{
+    console.err << "scenetool: warning: " << text << '\n';
+}
+
+bool joinsNodes(int flags)
+{
+    return (flags & SceneManager::MERGE_REPEATED_NODES) != 0 &&
+           (flags & SceneManager::DISCARD_REPEATED_NODES) == 0;
+}
+
+/// The library takes numbers as they are; scenes that mean others by them need care.
+void warnAboutUnits(const LoadedScene& base, const LoadedScene& file, const Console& console)
+{
+    const auto describe = [](const SceneManagerPtr& scene)
+    { return upAxisText(scene) + " and " + floatText(scene->getMeterUnit()) + " m a unit"; };
+    if (describe(base.scene) != describe(file.scene))
+    {
+        warn(file.fileName + " has " + describe(file.scene) + ", the base " + describe(base.scene) +
+                 "; nothing is converted",
+             console);
+    }
+}
+
+void mergeOne(const LoadedScene& base, const LoadedScene& file, const MergeOptions& options,
+              const Console& console)
+{
+    const scene::NodePtr wanted = base.scene->getNodeByID(options.parentID);
+    const scene::NodePtr parent =
+        wanted && !options.parentID.empty() ? wanted : base.scene->getRoot();
+    const MergeReport report(base.scene, file.scene);
+    console.out << "Merging " << onOneLine(file.fileName) << " under " << quoted(parent->getID())
+                << ", flags " << options.flags << '\n';
+    const EventPrinter events(base.scene->getEventManager(),
+                              options.printsEvents ? &console.out : nullptr, console.outIsTerminal);
+    {
+        const SceneLock lock(base.scene);
+        base.scene->mergeSceneManager(file.scene, options.flags, parent->getID());
+    }
+    report.print(joinsNodes(options.flags), console.out);
+    console.out << "  events      " << events.summary() << '\n';
+}
+
+void writeObjFile(const LoadedScene& base, const MergeOptions& options, const Console& console)
+{
+    const ObjResult result = writeObj(base.scene, options.objFile);
+    console.out << "Wrote " << options.objFile << ": "
+                << countText(result.points, "point", "points") << ", "
+                << countText(result.faces, "triangle", "triangles") << "; materials in "
+                << result.materialFile << '\n';
+    if (result.skippedFaces > 0)
+    {
+        warn(countText(result.skippedFaces, "triangle", "triangles") +
+                 " with broken indices left out",
+             console);
+    }
+    if (result.skippedPrimitives > 0)
+    {
+        warn(countText(result.skippedPrimitives, "primitive", "primitives") +
+                 " without triangles left out",
+             console);
+    }
+}
+
+/// All documents, the base first.
+std::vector<LoadedScene> loadAll(const MergeOptions& options, Progress& progress)
+{
+    const auto load = [&](const std::string& file, const core::event::EventManagerPtr& events)
+    {
+        progress.setTask("Reading " + onOneLine(file));
+        return loadScene(file, events);
+    };
+    std::vector<LoadedScene> scenes;
+    scenes.push_back(load(options.base, boost::make_shared<core::event::EventManager>()));
+    for (const std::string& file : options.files)
+    {
+        scenes.push_back(load(file, {}));
+    }
+    return scenes;
+}
+} // namespace
+
+void runMerge(const MergeOptions& options, const Console& console)
+{
+    const DeferredOutput output(console, !options.printsEvents);
+    Progress progress(console.errIsTerminal && !options.printsEvents ? &console.err : nullptr);
+    const std::vector<LoadedScene> scenes = loadAll(options, progress);
+    const LoadedScene& base = scenes.front();
+    for (const LoadedScene& loaded : scenes)
+    {
+        printWarnings(loaded, output.getConsole().err);
+    }
+    if (!options.parentID.empty() && !base.scene->getNodeByID(options.parentID))
+    {
+        warn("no node " + quoted(options.parentID) + " in " + options.base +
+                 "; merging under the root",
+             output.getConsole());
+    }
+    for (std::size_t i = 1; i < scenes.size(); ++i)
+    {
+        progress.setTask("Merging " + onOneLine(scenes[i].fileName));
+        warnAboutUnits(base, scenes[i], output.getConsole());
+        mergeOne(base, scenes[i], options, output.getConsole());
+    }
+    if (!options.objFile.empty())
+    {
+        progress.setTask("Writing " + onOneLine(options.objFile));
+        writeObjFile(base, options, output.getConsole());
+    }
+}
+} // namespace velmoran::examples

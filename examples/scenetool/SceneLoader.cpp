@@ -1,0 +1,42 @@
+#include "examples/scenetool/SceneLoader.h"
+
+#include "examples/collada/ColladaReader.h"
+#include "examples/scenetool/Text.h"
+#include "scene/manager/SceneManager.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <ostream>
+
+namespace velmoran::examples
+{
+LoadedScene loadScene(const std::string& fileName, const core::event::EventManagerPtr& eventManager)
+{
+    LoadedScene loaded;
+    loaded.fileName = fileName;
+    loaded.scene = boost::make_shared<scene::SceneManager>(eventManager);
+    ReadResult result = ColladaReader().readFile(fileName, loaded.scene);
+    if (!result.ok)
+    {
+        throw CommandError(onOneLine(result.error));
+    }
+    loaded.warnings = std::move(result.warnings);
+    return loaded;
+}
+
+void printWarnings(const LoadedScene& loaded, std::ostream& err)
+{
+    constexpr std::size_t MAX_WARNINGS = 10;
+    const std::size_t shown = std::min(loaded.warnings.size(), MAX_WARNINGS);
+    for (std::size_t i = 0; i < shown; ++i)
+    {
+        err << "scenetool: warning: " << onOneLine(loaded.warnings[i]) << '\n';
+    }
+    if (loaded.warnings.size() > shown)
+    {
+        err << "scenetool: warning: ... and " << loaded.warnings.size() - shown
+            << " more warnings about " << loaded.fileName << '\n';
+    }
+}
+} // namespace velmoran::examples

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/Forward.h"
+#include "scene/Forward.h"
+
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace velmoran::examples
+{
+/// What ends a command with exit status 1; the text is one line for the user.
+class CommandError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A scene and the file that it was read from.
+struct LoadedScene
+{
+    std::string fileName;
+    scene::SceneManagerPtr scene;
+    std::vector<std::string> warnings; ///< of the reader
+};
+
+/// Reads a COLLADA document into a new scene with `eventManager`, which may be empty.
+/// Throws `CommandError` when the document can't be read.
+LoadedScene loadScene(const std::string& fileName,
+                      const core::event::EventManagerPtr& eventManager);
+
+/// Writes the warnings of `loaded`, the first few of many.
+void printWarnings(const LoadedScene& loaded, std::ostream& err);
+} // namespace velmoran::examples

@@ -1,0 +1,6 @@
+# Debian packages that the build needs; sourced by the other scripts.
+
+library_packages=(g++ cmake ninja-build
+    libboost-dev libboost-thread-dev libboost-date-time-dev libeigen3-dev)
+example_packages=(libpugixml-dev libcli11-dev nlohmann-json3-dev)
+test_packages=(libgtest-dev libgmock-dev)

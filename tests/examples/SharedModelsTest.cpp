@@ -1,0 +1,298 @@
+#include "tests/examples/ColladaText.h"
+
+#include "scene/animation/Animation.h"
+#include "scene/deform/Controller.h"
+#include "scene/deform/Skin.h"
+#include "scene/graph/Camera.h"
+#include "scene/graph/ITransformation.h"
+#include "scene/graph/Light.h"
+#include "scene/material/Effect.h"
+#include "scene/material/Image.h"
+#include "scene/material/Material.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+
+// Documents of other programs, compared with facts that another reader found in them. The
+// folder is named by the environment: DOCUMENT.dae with reference/DOCUMENT.json.
+namespace velmoran::examples::test
+{
+namespace
+{
+using nlohmann::json;
+namespace fs = std::filesystem;
+
+const char* const KINDS[] = {"lookat", "matrix", "rotate", "scale", "skew", "translate"};
+
+json orEmpty(const json& value)
+{
+    return value.is_null() ? json("") : value;
+}
+
+/// The IDs of a library, without the defaults of a new scene.
+template <typename Items, typename GetID>
+json listIDs(const Items& items, GetID getID)
+{
+    json ids = json::array();
+    for (const auto& item : items)
+    {
+        if (getID(*item).rfind("default", 0) != 0)
+        {
+            ids.push_back(getID(*item));
+        }
+    }
+    return ids;
+}
+
+std::vector<std::string> getKinds(const scene::Node& node)
+{
+    std::vector<std::string> kinds;
+    for (const scene::ITransformationPtr& each : node.getOriginalTransformations())
+    {
+        kinds.emplace_back(KINDS[each->getType()]);
+    }
+    return kinds;
+}
+
+/// Whether translation, rotation and scale hold exactly what the list says. Look-at and
+/// skew are not folded. Scales replace one another, so there must be one at most, that
+/// of a matrix included; and translations and rotations behind it are exact only when
+/// it scales all axes alike.
+bool isExact(const scene::Node& node)
+{
+    const std::vector<std::string> kinds = getKinds(node);
+    const auto count = [&kinds](const char* kind)
+    { return std::count(kinds.begin(), kinds.end(), kind); };
+    const bool uniform = node.getScale().isConstant(node.getScale().x(), 1e-5F);
+    return count("lookat") + count("skew") == 0 && count("scale") + count("matrix") <= 1 &&
+           (uniform || kinds.back() == "scale");
+}
+
+void compareNumbers(const json& expected, const std::vector<double>& actual, double tolerance)
+{
+    ASSERT_EQ(expected.size(), actual.size());
+    for (std::size_t i = 0; i < actual.size(); ++i)
+    {
+        EXPECT_NEAR(expected[i].get<double>(), actual[i], tolerance) << "number " << i;
+    }
+}
+
+/// One document, read and with its reference.
+class Model
+{
+public:
+    Model(const fs::path& document, const fs::path& reference)
+        : m_result(ColladaReader().readFile(document.string(), m_scene))
+    {
+        std::ifstream(reference) >> m_reference;
+    }
+
+    void compare()
+    {
+        if (!m_reference.value("well_formed", true))
+        {
+            EXPECT_FALSE(m_result.ok);
+            EXPECT_THAT(m_result.error, ::testing::HasSubstr("the document ends too early"));
+            return;
+        }
+        ASSERT_TRUE(m_result.ok) << m_result.error;
+        EXPECT_THAT(m_result.warnings, ::testing::IsEmpty());
+        compareSettings();
+        compareLibraries();
+        compareGeometries();
+        compareNodes();
+        compareSkins();
+    }
+
+private:
+    void compareSettings()
+    {
+        const char* const axes[] = {"X_UP", "Y_UP", "Z_UP"};
+        EXPECT_EQ(m_reference["up_axis"], axes[m_scene->getUpAxis()]);
+        EXPECT_EQ(std::stof(m_reference["unit_meter"].get<std::string>()), m_scene->getMeterUnit());
+        EXPECT_EQ(m_reference["visual_scene"], m_scene->getRoot()->getID());
+    }
+
+    void compareLibraries()
+    {
+        json ids;
+        const auto getID = [](const auto& item) { return item.getID(); };
+        ids["images"] = listIDs(m_scene->getImageLibrary(), getID);
+        ids["effects"] = listIDs(m_scene->getEffectLibrary(), getID);
+        ids["lights"] = listIDs(m_scene->getLightLibrary(), getID);
+        ids["animations"] = listIDs(m_scene->getAnimationsLibrary(), getID);
+        ids["materials"] = listIDs(m_scene->getMaterialList(), [](const scene::Material& material)
+                                   { return material.getMaterialID(); });
+        ids["cameras"] = json::array();
+        for (unsigned int i = 0; i < m_scene->getCameraCount(); ++i)
+        {
+            ids["cameras"].push_back(m_scene->getCameraAt(i)->getID());
+        }
+        EXPECT_EQ(m_reference["ids"], ids);
+        EXPECT_EQ(m_reference["counts"]["controllers"], m_scene->getControllersLibrary().size());
+    }
+
+    void compareGeometries()
+    {
+        const json& geometries = m_reference["geometries"];
+        EXPECT_EQ(geometries.size(), m_scene->getGeometryManager()->getCount());
+        std::size_t total = 0;
+        for (const json& expected : geometries)
+        {
+            const std::string id = expected["id"];
+            SCOPED_TRACE(id);
+            const auto mesh = boost::dynamic_pointer_cast<scene::Mesh>(
+                m_scene->getGeometryManager()->getGeometry(id));
+            ASSERT_TRUE(mesh);
+            EXPECT_EQ(expected["name"], mesh->getName());
+            json sources = json::array();
+            for (const scene::StreamPtr& stream : mesh->getStreams())
+            {
+                sources.push_back({{"id", stream->getID()},
+                                   {"stride", stream->getStride()},
+                                   {"count", stream->getCount()},
+                                   {"array_length", stream->getData().size()}});
+            }
+            EXPECT_EQ(expected["sources"], sources);
+            comparePositions(expected, *mesh);
+            std::size_t triangles = 0;
+            for (const scene::IMeshPrimitivePtr& primitive : mesh->getMeshPrimitives())
+            {
+                triangles += primitive->getCount();
+            }
+            EXPECT_EQ(expected["triangle_count"], triangles);
+            total += triangles;
+        }
+        EXPECT_EQ(m_reference["totals"]["triangles"], total);
+    }
+
+    void comparePositions(const json& expected, const scene::Mesh& mesh)
+    {
+        const scene::StreamMapping* mapping =
+            scene::findStreamMapping(mesh.getVertices(), scene::POSITION);
+        ASSERT_NE(mapping, nullptr);
+        EXPECT_EQ(expected["position_source"], mapping->getStream()->getID());
+        EXPECT_EQ(expected["position_count"], mapping->getStream()->getCount());
+        const std::vector<float>& data = mapping->getStream()->getData();
+        const Eigen::MatrixXd positions =
+            Eigen::Map<const Eigen::MatrixXf>(data.data(), 3,
+                                              static_cast<Eigen::Index>(data.size() / 3))
+                .cast<double>();
+        const auto compareRow = [&](const char* key, const Eigen::Vector3d& row, double tolerance) {
+            compareNumbers(expected[key], {row.x(), row.y(), row.z()}, tolerance);
+        };
+        compareRow("position_min", positions.rowwise().minCoeff(), 1e-6);
+        compareRow("position_max", positions.rowwise().maxCoeff(), 1e-6);
+        compareRow("position_sum", positions.rowwise().sum(), 1e-3);
+    }
+
+    /// The nodes of the reference come in pre-order, as the library's; the root is ours.
+    void compareNodes()
+    {
+        const std::vector<scene::NodePtr> nodes = m_scene->getNodeArray();
+        const json& tree = m_reference["node_tree"];
+        ASSERT_EQ(tree.size() + 1, nodes.size());
+        std::map<std::string, scene::NodePtr> exact = {{"", m_scene->getRoot()}};
+        for (std::size_t i = 0; i < tree.size(); ++i)
+        {
+            const scene::NodePtr& node = nodes[i + 1];
+            const scene::NodePtr parent = node->getParent();
+            const json& expected = tree[i];
+            SCOPED_TRACE(node->getID());
+            EXPECT_EQ(expected["name"].is_null() ? "" : expected["name"], node->getName());
+            EXPECT_EQ(orEmpty(expected["sid"]), node->getSID());
+            EXPECT_EQ(expected["type"].is_null() ? "NODE" : expected["type"], node->getType());
+            EXPECT_EQ(expected["transformations"], getKinds(*node));
+            if (!orEmpty(expected["id"]).get<std::string>().empty())
+            {
+                EXPECT_EQ(expected["id"], node->getID());
+            }
+            // A parent without ID is written as ""; null stands for the scene itself.
+            if (expected["parent"].is_null())
+            {
+                EXPECT_EQ(parent, m_scene->getRoot());
+            }
+            else if (expected["parent"] != "")
+            {
+                EXPECT_EQ(expected["parent"], parent->getID());
+            }
+            if (isExact(*node) && (parent == m_scene->getRoot() || exact.count(parent->getID())))
+            {
+                exact[node->getID()] = node;
+            }
+        }
+        compareMatrices(exact);
+    }
+
+    void compareMatrices(const std::map<std::string, scene::NodePtr>& exact)
+    {
+        for (const json& expected : m_reference["rest_world_matrices"])
+        {
+            const auto found = exact.find(expected["node"]);
+            if (found == exact.end())
+            {
+                continue;
+            }
+            SCOPED_TRACE(found->first);
+            const Eigen::Matrix4f world = found->second->getCombinedTransformations();
+            for (int row = 0; row < 4; ++row)
+            {
+                const Eigen::Vector4d values = world.row(row).cast<double>();
+                compareNumbers(expected["world"][static_cast<std::size_t>(row)],
+                               {values.x(), values.y(), values.z(), values.w()}, 1e-4);
+            }
+        }
+    }
+
+    void compareSkins()
+    {
+        for (const json& expected : m_reference["controllers"])
+        {
+            const scene::ControllerPtr controller = m_scene->getControllerById(expected["id"]);
+            ASSERT_TRUE(controller && controller->getSkin());
+            const scene::SkinPtr skin = controller->getSkin();
+            EXPECT_EQ(expected["source"], skin->getSourceGeometry()->getID());
+            EXPECT_EQ(expected["joints"], skin->getJointsInput("JOINT")->getNameList());
+            EXPECT_EQ(expected["inv_bind_count"],
+                      skin->getJointsInput("INV_BIND_MATRIX")->getCount());
+            EXPECT_EQ(expected["weight_array_count"],
+                      skin->getVertexWeightsInput("WEIGHT")->getCount());
+            EXPECT_EQ(expected["vcount_length"], skin->getVCount().size());
+            EXPECT_EQ(expected["v_length"], skin->getV().size());
+        }
+    }
+
+    scene::SceneManagerPtr m_scene =
+        boost::make_shared<scene::SceneManager>(core::event::EventManagerPtr());
+    ReadResult m_result;
+    json m_reference;
+};
+} // namespace
+
+TEST(SharedModelsTest, DocumentsOfOtherProgramsHoldTheKnownFacts)
+{
+    const char* const folder = std::getenv("VELMORAN_MODELS");
+    if (!folder || !fs::is_directory(folder))
+    {
+        GTEST_SKIP() << "VELMORAN_MODELS names no folder of documents";
+    }
+    std::size_t compared = 0;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+    {
+        const fs::path reference =
+            fs::path(folder) / "reference" / entry.path().filename().replace_extension("json");
+        if (entry.path().extension() == ".dae" && fs::exists(reference))
+        {
+            SCOPED_TRACE(entry.path().filename().string());
+            Model(entry.path(), reference).compare();
+            ++compared;
+        }
+    }
+    EXPECT_GT(compared, 0U);
+}
+} // namespace velmoran::examples::test
