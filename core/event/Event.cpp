@@ -30,6 +30,10 @@ Event::Event(const Event& other) = default;
 
 Event& Event::operator=(const Event& other) = default;
 
+Event::Event(Event&& other) noexcept = default;
+
+Event& Event::operator=(Event&& other) noexcept = default;
+
 const EventType& Event::getEventType() const
 {
     return m_content->type;

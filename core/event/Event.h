@@ -22,6 +22,10 @@ public:
     Event(const Event& other);
     Event& operator=(const Event& other);
 
+    /// What is moved from can only be assigned to or destroyed.
+    Event(Event&& other) noexcept;
+    Event& operator=(Event&& other) noexcept;
+
     const EventType& getEventType() const;
     const EventData& getEventData() const;
 
@@ -31,6 +35,6 @@ public:
 private:
     struct Content;
 
-    boost::shared_ptr<const Content> m_content; ///< never empty
+    boost::shared_ptr<const Content> m_content; ///< empty only when moved from
 };
 } // namespace velmoran::core::event

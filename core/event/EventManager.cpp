@@ -2,6 +2,8 @@
 
 #include "core/event/Registry.h"
 
+#include <functional>
+#include <typeinfo>
 #include <utility>
 
 namespace velmoran::core::event
@@ -12,6 +14,13 @@ EventManager::~EventManager() = default;
 
 void EventManager::triggerEvent(std::string type, std::string data)
 {
+    // Making the type costs more than finding that nobody listens, but a derived class
+    // is asked in its own terms.
+    const bool asksRegistry = typeid(*this) == typeid(EventManager);
+    if (asksRegistry && !m_registry->mayHaveListeners(std::hash<std::string>()(type)))
+    {
+        return;
+    }
     EventType eventType(std::move(type));
     if (hasListeners(eventType))
     {

@@ -25,6 +25,10 @@ EventType::EventType(const EventType& other) = default;
 
 EventType& EventType::operator=(const EventType& other) = default;
 
+EventType::EventType(EventType&& other) noexcept = default;
+
+EventType& EventType::operator=(EventType&& other) noexcept = default;
+
 const std::string& EventType::getName() const
 {
     return m_name->text;

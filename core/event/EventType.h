@@ -22,6 +22,10 @@ public:
     EventType(const EventType& other);
     EventType& operator=(const EventType& other);
 
+    /// What is moved from can only be assigned to or destroyed.
+    EventType(EventType&& other) noexcept;
+    EventType& operator=(EventType&& other) noexcept;
+
     const std::string& getName() const;
 
     /// Hash of the name, computed once when the type is made.
@@ -34,6 +38,6 @@ public:
 private:
     struct Name;
 
-    boost::shared_ptr<const Name> m_name; ///< never empty
+    boost::shared_ptr<const Name> m_name; ///< empty only when moved from
 };
 } // namespace velmoran::core::event

@@ -73,15 +73,18 @@ protected:
         EXPECT_EQ(m_scene->getLayerManager()->getLayerName(6), "");
     }
 
-    void expectRefused(const Row& row)
+    void expectRefused(const std::vector<Row>& rows)
     {
-        SCOPED_TRACE(row.name);
-        const ReadResult result = read("<asset><up_axis>Z_UP</up_axis></asset>" + row.body);
-        EXPECT_FALSE(result.ok);
-        EXPECT_THAT(result.error, StartsWith("doc.dae: <" + std::string(row.element)));
-        EXPECT_THAT(result.error, HasSubstr(row.reason));
-        EXPECT_EQ(result.error.find('\n'), std::string::npos);
-        expectUntouched();
+        for (const Row& row : rows)
+        {
+            SCOPED_TRACE(row.name);
+            const ReadResult result = read("<asset><up_axis>Z_UP</up_axis></asset>" + row.body);
+            EXPECT_FALSE(result.ok);
+            EXPECT_THAT(result.error, StartsWith("doc.dae: <" + std::string(row.element)));
+            EXPECT_THAT(result.error, HasSubstr(row.reason));
+            EXPECT_EQ(result.error.find('\n'), std::string::npos);
+            expectUntouched();
+        }
     }
 
     const scene::GeometryManagerPtr m_geometry = m_scene->getGeometryManager();
@@ -90,7 +93,7 @@ protected:
 TEST_F(ColladaReaderErrorsTest, WrongNumbersAndCountsAreRefused)
 {
     const std::string v = VERTEX_INPUT;
-    const std::vector<Row> rows = {
+    expectRefused({
         {"word behind a number", array("", "1 1.0abc", ""), "float_array id=\"a\"> (line 2)",
          "value 2, \"1.0abc\""},
         {"other spelling of NaN", array("", "nan", ""), "float_array", "\"nan\""},
@@ -146,18 +149,14 @@ TEST_F(ColladaReaderErrorsTest, WrongNumbersAndCountsAreRefused)
               "<input semantic=\"INV_BIND_MATRIX\" source=\"#matrices\"/></joints>",
               "0 0 0 0", ""),
          "joints", "1 inverse bind matrices for 2 joints"},
-    };
-    for (const Row& row : rows)
-    {
-        expectRefused(row);
-    }
+    });
 }
 
 TEST_F(ColladaReaderErrorsTest, ReferencesThatLeadNowhereAreRefused)
 {
     const auto instance = [](const char* kind)
     { return node("<instance_" + std::string(kind) + " url=\"#gone\"/>"); };
-    const std::vector<Row> rows = {
+    expectRefused({
         {"accessor", array("", "1", "<accessor source=\"#gone\" count=\"1\"/>"), "accessor",
          "no such <float_array>"},
         {"source", triangles("", "<input semantic=\"VERTEX\" source=\"#pos\" offset=\"0\"/>", ""),
@@ -198,11 +197,7 @@ TEST_F(ColladaReaderErrorsTest, ReferencesThatLeadNowhereAreRefused)
          "channel", "<sampler>"},
         {"visual scene", "<scene><instance_visual_scene url=\"#gone\"/></scene>",
          "instance_visual_scene", "<visual_scene>"},
-    };
-    for (const Row& row : rows)
-    {
-        expectRefused(row);
-    }
+    });
 }
 
 TEST_F(ColladaReaderErrorsTest, CirclesAndExplosionsAreRefused)
@@ -230,7 +225,7 @@ TEST_F(ColladaReaderErrorsTest, CirclesAndExplosionsAreRefused)
     {
         numbers += "0 ";
     }
-    const std::vector<Row> rows = {
+    expectRefused({
         {"node in itself", node("<instance_node url=\"#n\"/>"), "instance_node", "lead back"},
         {"circle in a library that nobody uses",
          "<library_nodes><node id=\"a\"><node><instance_node url=\"#b\"/></node></node>"
@@ -250,11 +245,7 @@ TEST_F(ColladaReaderErrorsTest, CirclesAndExplosionsAreRefused)
              numbers + "</float_array></source>" + sources +
              "</mesh></geometry></library_geometries>",
          "source id=\"s", "too much"},
-    };
-    for (const Row& row : rows)
-    {
-        expectRefused(row);
-    }
+    });
 }
 
 TEST_F(ColladaReaderErrorsTest, WhatIsNotColladaIsRefused)
