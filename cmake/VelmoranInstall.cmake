@@ -11,6 +11,7 @@ set(velmoran_private_headers
     core/event/Registry.h
     core/event/Subscription.h
     scene/geometry/CornerWriter.h
+    scene/graph/HandleList.h
     scene/graph/NodeWalk.h
     scene/graph/RaiseIfHeard.h
     scene/graph/TransformationFolding.h

@@ -9,6 +9,7 @@
 #include "examples/scenetool/SceneLoader.h"
 #include "examples/scenetool/Text.h"
 #include "scene/graph/Node.h"
+#include "scene/manager/SceneLock.h"
 #include "scene/manager/SceneManager.h"
 
 #include <boost/make_shared.hpp>
@@ -21,19 +22,6 @@ namespace
 {
 using scene::SceneManager;
 using scene::SceneManagerPtr;
-
-/// Keeps the scene's worker out.
-class SceneLock
-{
-public:
-    explicit SceneLock(const SceneManagerPtr& scene) : m_scene(scene) { m_scene->lockScene(); }
-    ~SceneLock() { m_scene->unlockScene(); }
-    SceneLock(const SceneLock&) = delete;
-    SceneLock& operator=(const SceneLock&) = delete;
-
-private:
-    SceneManagerPtr m_scene;
-};
 
 /// Keeps what is written until its end, so that nothing comes between the line of
 /// progress, which goes before. Hands everything on at once when it is not to keep.
@@ -101,7 +89,7 @@ void mergeOne(const LoadedScene& base, const LoadedScene& file, const MergeOptio
     const EventPrinter events(base.scene->getEventManager(),
                               options.printsEvents ? &console.out : nullptr, console.outIsTerminal);
     {
-        const SceneLock lock(base.scene);
+        const scene::SceneLock lock(base.scene);
         base.scene->mergeSceneManager(file.scene, options.flags, parent->getID());
     }
     report.print(joinsNodes(options.flags), console.out);
