@@ -87,7 +87,7 @@ std::size_t NodeDrafts::addDraft(const pugi::xml_node& element)
     draft.id = m_document.ownsItsID(element) ? getAttribute(element, "id") : "";
     draft.sid = getAttribute(element, "sid");
     draft.name = getAttribute(element, "name");
-    draft.type = element.attribute("type").as_string("NODE");
+    draft.type = element.attribute("type").as_string();
     draft.layers = splitWords(getAttribute(element, "layer"));
     return place;
 }

@@ -339,10 +339,11 @@ public:
     /// Cameras, lights, controllers, animations and physics are not merged. An empty
     /// handle and this scene itself do nothing at all; a scene without root adds no
     /// node. Geometries that do not clash are shared with `other`, everything else is
-    /// copied. Linear in the nodes present and merged, as long as no listener edits the
-    /// tree meanwhile. Throws `boost::bad_weak_ptr`, with nothing done, when no handle
-    /// owns this scene. Reads `other`: hold its scene lock, too, where its own worker or
-    /// another thread may change it, and where two threads merge, in a fixed order.
+    /// copied; clones of geometries keep the material symbols of their primitives. Linear in the
+    /// nodes present and merged, as long as no listener edits the tree meanwhile. Throws
+    /// `boost::bad_weak_ptr`, with nothing done, when no handle owns this scene. Reads `other`:
+    /// hold its scene lock, too, where its own worker or another thread may change it, and where
+    /// two threads merge, in a fixed order.
     void mergeSceneManager(const boost::shared_ptr<SceneManager>& other, int flags,
                            std::string parentNodeID);
 

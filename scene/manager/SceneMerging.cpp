@@ -3,6 +3,8 @@
 #include "core/event/EventManager.h"
 #include "scene/EventTypes.h"
 #include "scene/geometry/GeometryManager.h"
+#include "scene/geometry/IMeshPrimitive.h"
+#include "scene/geometry/Mesh.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
 #include "scene/manager/SceneGraphMerger.h"
@@ -13,7 +15,9 @@
 #include "scene/material/MaterialParameter.h"
 
 #include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
 
+#include <set>
 #include <unordered_map>
 
 namespace velmoran::scene
@@ -75,6 +79,38 @@ MaterialPtr copyMaterial(const Material& material, const std::string& id,
     }
     return copy;
 }
+/// Gives the primitives of a clone the material symbols of those that they were cloned
+/// from, which instances bind materials to.
+void copyMaterialSymbols(const IGeometryPtr& from, const IGeometryPtr& to)
+{
+    const auto source = boost::dynamic_pointer_cast<Mesh>(from);
+    const auto clone = boost::dynamic_pointer_cast<Mesh>(to);
+    for (unsigned int i = 0; source && clone && i < source->getPrimitiveCount(); ++i)
+    {
+        const IMeshPrimitivePtr primitive = clone->getPrimitive(i);
+        if (primitive)
+        {
+            primitive->setMaterialSymbol(source->getPrimitive(i)->getMaterialSymbol());
+        }
+    }
+}
+
+RenameMap mergeGeometriesWithSymbols(GeometryManager& into, const GeometryManagerPtr& other,
+                                     bool discardRepeated)
+{
+    const std::vector<std::string> ids = into.getIDs();
+    const std::set<std::string> present(ids.begin(), ids.end());
+    const RenameMap renames = into.mergeGeometries(other, discardRepeated);
+    for (const auto& [oldID, newID] : renames)
+    {
+        // A clone whose new ID was taken was not kept.
+        if (present.count(newID) == 0)
+        {
+            copyMaterialSymbols(other->getGeometry(oldID), into.getGeometry(newID));
+        }
+    }
+    return renames;
+}
 } // namespace
 
 void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& other, int flags,
@@ -88,8 +124,8 @@ void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& othe
     const boost::shared_ptr<SceneManager> kept = other;
     const auto isSet = [flags](MergeFlags flag) { return (flags & flag) != 0; };
 
-    const RenameMap geometryRenames = getGeometryManager()->mergeGeometries(
-        kept->getGeometryManager(), isSet(DISCARD_REPEATED_GEOMETRIES));
+    const RenameMap geometryRenames = mergeGeometriesWithSymbols(
+        *getGeometryManager(), kept->getGeometryManager(), isSet(DISCARD_REPEATED_GEOMETRIES));
     const RenameMap imageRenames =
         mergeImageLibrary(kept->m_images.items(), isSet(DISCARD_REPEATED_IMAGES));
     const RenameMap effectRenames = mergeEffectLibrary(kept->m_effects.items());

@@ -206,7 +206,7 @@ private:
             SCOPED_TRACE(node->getID());
             EXPECT_EQ(expected["name"].is_null() ? "" : expected["name"], node->getName());
             EXPECT_EQ(orEmpty(expected["sid"]), node->getSID());
-            EXPECT_EQ(expected["type"].is_null() ? "NODE" : expected["type"], node->getType());
+            EXPECT_EQ(expected["type"].is_null() ? "" : expected["type"], node->getType());
             EXPECT_EQ(expected["transformations"], getKinds(*node));
             if (!orEmpty(expected["id"]).get<std::string>().empty())
             {

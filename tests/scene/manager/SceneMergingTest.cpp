@@ -4,6 +4,7 @@
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/InstanceGeometry.h"
 #include "scene/geometry/Mesh.h"
+#include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/TransformationTranslate.h"
 #include "scene/material/Effect.h"
@@ -12,6 +13,7 @@
 #include "scene/material/MaterialParameter.h"
 #include "tests/scene/SceneUnderTest.h"
 
+#include <boost/pointer_cast.hpp>
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -216,6 +218,9 @@ TEST_F(SceneMerging, RepointsInstancesAndMaterials)
     addMesh(scene.manager, "cube");
     const auto cube = addMesh(incoming, "cube");
     const auto ball = addMesh(incoming, "ball");
+    cube->addPrimitive(
+        boost::make_shared<TriangleMeshPrimitive>(cube, std::vector<StreamMapping>()));
+    cube->getPrimitive(0)->setMaterialSymbol("a");
     const auto lost = boost::make_shared<Mesh>("lost", "");
     scene.manager->addEffect(boost::make_shared<Effect>("fx", "a.fx", ""));
     incoming->addEffect(boost::make_shared<Effect>("fx", "b.fx", ""));
@@ -243,6 +248,10 @@ TEST_F(SceneMerging, RepointsInstancesAndMaterials)
     ASSERT_EQ(copy->getInstanceGeometryCount(), 2U);
     EXPECT_EQ(copy->getInstanceGeometry(0)->getGeometry()->getID(), "cube__renamed__");
     EXPECT_EQ(copy->getInstanceGeometry(1)->getGeometry(), ball);
+    const auto clone = boost::dynamic_pointer_cast<Mesh>(
+        scene.manager->getGeometryManager()->getGeometry("cube__renamed__"));
+    ASSERT_EQ(clone->getPrimitiveCount(), 1U);
+    EXPECT_EQ(clone->getPrimitive(0)->getMaterialSymbol(), "a");
     const auto bindings = copy->getInstanceGeometry(0)->getMaterialMap();
     ASSERT_EQ(bindings.size(), 3U);
     EXPECT_EQ(bindings.at("b"), nullptr);
