@@ -253,6 +253,9 @@ Content::Content(Document& document)
 void buildScene(const Document& document, const Content& content,
                 const scene::SceneManagerPtr& scene)
 {
+    // Goes after the nodes and controllers before, which hold its geometry: only then does
+    // it find that nobody else does.
+    const scene::GeometryManagerPtr replaced = scene->getGeometryManager();
     scene->setUpAxis(content.asset.upAxis);
     scene->setMeterUnit(content.asset.meter);
     scene->setImageLibrary(content.materials.getImages());

@@ -204,7 +204,7 @@ TEST_F(ColladaReaderTest, NodesKeepTheirTransformationsInOrder)
     const scene::NodePtr node = m_scene->getNodeByID("n");
     EXPECT_EQ(node->getSID() + node->getName() + node->getType(), "sNJOINT");
     EXPECT_THAT(node->getLayersNames(), ElementsAre("visible", "front"));
-    EXPECT_EQ(node->getChildNode(0)->getType(), "NODE");
+    EXPECT_EQ(node->getChildNode(0)->getType(), "");
     EXPECT_EQ(node->getChildNode(0)->getID().substr(0, 4), "Node");
 
     std::vector<int> kinds;
