@@ -8,6 +8,8 @@
 #include <condition_variable>
 #include <filesystem>
 #include <mutex>
+#include <random>
+#include <string>
 #include <thread>
 
 namespace
@@ -50,12 +52,14 @@ void openLogsForNobody()
 {
     namespace fs = std::filesystem;
     const fs::path here = fs::current_path();
-    const fs::path logs = fs::temp_directory_path() / "velmoran_bench";
+    // Another run of this program may be at the same point.
+    const std::string name = "velmoran_bench_" + std::to_string(std::random_device()());
+    const fs::path logs = fs::temp_directory_path() / name;
     fs::create_directories(logs);
     fs::current_path(logs);
-    for (const char* const name : {"SceneManager.log", "GeometryManager.log"})
+    for (const char* const log : {"SceneManager.log", "GeometryManager.log"})
     {
-        velmoran::core::logger::FileWriterFactory::getInstance()->getFileWriter(name);
+        velmoran::core::logger::FileWriterFactory::getInstance()->getFileWriter(log);
     }
     fs::current_path(here);
     fs::remove_all(logs); // open files live on without a name
