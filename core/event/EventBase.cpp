@@ -179,6 +179,21 @@ void EventBase::Registrations::waitForClosed(Subscription::Waiting waiting)
     }
 }
 
+namespace
+{
+/// Calls the handlers in order for as long as the object is not gone or detached. The
+/// last one takes the event over.
+template <typename IsOver>
+void callHandlers(const Handlers& handlers, Event& event, IsOver isOver)
+{
+    for (std::size_t i = 0; i < handlers.size() && !isOver(); ++i)
+    {
+        const bool isLast = i + 1 == handlers.size();
+        (*handlers[i])(isLast ? std::move(event) : event);
+    }
+}
+} // namespace
+
 EventBase::EventBase(const EventManagerPtr& eventManager)
     : m_registrations(std::make_shared<Registrations>())
 {
@@ -187,25 +202,22 @@ EventBase::EventBase(const EventManagerPtr& eventManager)
 
 void EventBase::handleEvent(Event event)
 {
-    // In a dispatch the handlers are those of the moment when it began.
-    const std::shared_ptr<Registrations> registrations = m_registrations;
     const Subscription::Delivery* const delivery = Subscription::current();
     const bool dispatched = delivery != nullptr && delivery->subscription->isOwnedBy(*this) &&
                             *delivery->type == event.getEventType();
-    const HandlersPtr handlers =
-        dispatched ? *delivery->handlers : registrations->find(event.getEventType());
-    if (!handlers)
+    if (dispatched)
     {
+        // The handlers are those of the moment when the dispatch began. An object that
+        // goes closes its subscriptions first.
+        const Subscription& subscription = *delivery->subscription;
+        callHandlers(**delivery->handlers, event, [&] { return subscription.isClosed(); });
         return;
     }
-    for (const auto& handler : *handlers)
+    const std::shared_ptr<Registrations> registrations = m_registrations;
+    const HandlersPtr handlers = registrations->find(event.getEventType());
+    if (handlers)
     {
-        // After the first handler this object may be gone.
-        if (registrations->isOwnerGone() || (dispatched && delivery->subscription->isClosed()))
-        {
-            return;
-        }
-        (*handler)(event);
+        callHandlers(*handlers, event, [&] { return registrations->isOwnerGone(); });
     }
 }
 

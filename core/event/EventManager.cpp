@@ -14,10 +14,8 @@ EventManager::~EventManager() = default;
 
 void EventManager::triggerEvent(std::string type, std::string data)
 {
-    // Making the type costs more than finding that nobody listens, but a derived class
-    // is asked in its own terms.
-    const bool asksRegistry = typeid(*this) == typeid(EventManager);
-    if (asksRegistry && !m_registry->mayHaveListeners(std::hash<std::string>()(type)))
+    // Making the type costs more than finding that nobody listens.
+    if (!isDerived() && !m_registry->mayHaveListeners(std::hash<std::string>()(type)))
     {
         return;
     }
@@ -38,6 +36,11 @@ void EventManager::triggerEvent(Event event)
 
 bool EventManager::hasListeners(const EventType& type) const
 {
-    return m_registry->hasListeners(type);
+    return m_registry->hasListeners(type) || isDerived();
+}
+
+bool EventManager::isDerived() const
+{
+    return typeid(*this) != typeid(EventManager);
 }
 } // namespace velmoran::core::event

@@ -17,8 +17,9 @@ namespace velmoran::core::event
 /// No lock is held while a handler runs: a handler may raise events, subscribe,
 /// detach its own or another object, or drop the last handle of its object.
 ///
-/// A class that records or forwards events overrides `triggerEvent(Event)` together with
-/// `hasListeners`, which tells whether an event is raised at all.
+/// A class that records or forwards events overrides `triggerEvent(Event)`. It is given
+/// every event, heard or not, unless it overrides `hasListeners`, too, which tells whether
+/// an event is raised at all.
 ///
 /// Ownership: shared by everyone who uses it; it holds no subscribed object.
 /// Threads: every operation may be called from any thread.
@@ -38,13 +39,15 @@ public:
     /// Raises `event`. Costs a look at a table when nobody listens.
     virtual void triggerEvent(Event event);
 
-    /// Whether an event of this type would reach anybody now. Ask before building
-    /// the text of an event. Cheap where nobody listens.
+    /// Whether an event of this type would reach anybody now; a derived class counts as
+    /// somebody. Ask before building the text of an event. Cheap where nobody listens.
     virtual bool hasListeners(const EventType& type) const;
 
 private:
     friend class EventBase;
     class Registry;
+
+    bool isDerived() const;
 
     const std::unique_ptr<Registry> m_registry;
 };

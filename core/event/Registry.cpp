@@ -6,27 +6,6 @@
 
 namespace velmoran::core::event
 {
-/// Keeps a list of listeners from being changed for as long as it lives.
-class EventManager::Registry::Reading
-{
-public:
-    /// The registry's lock is held by the caller.
-    explicit Reading(ListenersPtr listeners) : m_listeners(std::move(listeners))
-    {
-        m_listeners->readers.fetch_add(1, std::memory_order_relaxed);
-    }
-
-    ~Reading() { m_listeners->readers.fetch_sub(1, std::memory_order_release); }
-
-    Reading(const Reading&) = delete;
-    Reading& operator=(const Reading&) = delete;
-
-    const std::vector<Listener>& list() const { return m_listeners->list; }
-
-private:
-    const ListenersPtr m_listeners;
-};
-
 bool EventManager::Registry::mayHaveListeners(std::size_t typeHash) const
 {
     return m_typesInSlot[slotOf(typeHash)].load(std::memory_order_acquire) != 0;
@@ -50,9 +29,9 @@ void EventManager::Registry::dispatch(const Event& event)
     {
         return;
     }
-    const Reading listeners(found->second);
+    const ListenersPtr listeners = found->second;
     lock.unlock();
-    for (const Listener& listener : listeners.list())
+    for (const Listener& listener : listeners->list)
     {
         listener.subscription->deliver(event, listener.handlers);
     }
@@ -68,7 +47,7 @@ void EventManager::Registry::add(const EventType& type, const SubscriptionPtr& s
         editable(found->second).push_back({subscription, handlers});
         return;
     }
-    const auto listeners = std::make_shared<Listeners>();
+    const ListenersPtr listeners(new Listeners());
     listeners->list.push_back({subscription, handlers});
     m_listeners.emplace(type, listeners);
     m_typesInSlot[slotOf(type.getHash())].fetch_add(1);
@@ -128,9 +107,9 @@ std::size_t EventManager::Registry::slotOf(std::size_t typeHash)
 std::vector<EventManager::Registry::Listener>&
 EventManager::Registry::editable(ListenersPtr& listeners)
 {
-    if (listeners->readers.load(std::memory_order_acquire) != 0)
+    if (listeners->holders.load(std::memory_order_acquire) != 1)
     {
-        const auto copy = std::make_shared<Listeners>();
+        const ListenersPtr copy(new Listeners());
         copy->list = listeners->list;
         listeners = copy;
     }

@@ -3,6 +3,8 @@
 #include "core/event/EventManager.h"
 #include "core/event/Subscription.h"
 
+#include <boost/intrusive_ptr.hpp>
+
 #include <array>
 #include <atomic>
 #include <cstdint>
@@ -48,16 +50,26 @@ private:
     struct Listeners
     {
         std::vector<Listener> list;
-        std::atomic<int> readers{0};
+        std::atomic<int> holders{0}; ///< the registry and every dispatch that reads it
+
+        friend void intrusive_ptr_add_ref(Listeners* listeners)
+        {
+            listeners->holders.fetch_add(1, std::memory_order_relaxed);
+        }
+        friend void intrusive_ptr_release(Listeners* listeners)
+        {
+            if (listeners->holders.fetch_sub(1, std::memory_order_acq_rel) == 1)
+            {
+                delete listeners;
+            }
+        }
     };
-    using ListenersPtr = std::shared_ptr<Listeners>;
+    using ListenersPtr = boost::intrusive_ptr<Listeners>;
 
     struct HashOfType
     {
         std::size_t operator()(const EventType& type) const { return type.getHash(); }
     };
-
-    class Reading;
 
     static std::size_t slotOf(std::size_t typeHash);
     static std::vector<Listener>& editable(ListenersPtr& listeners);
