@@ -16,6 +16,7 @@ set(velmoran_private_headers
     scene/graph/RaiseIfHeard.h
     scene/graph/TransformationFolding.h
     scene/manager/NodeIndex.h
+    scene/manager/NodeTable.h
     scene/manager/SceneGraphMerger.h
     scene/manager/SceneWorker.h)
 file(GLOB_RECURSE velmoran_headers CONFIGURE_DEPENDS

@@ -52,8 +52,8 @@ NodePtr NodeIndex::find(const std::string& id, const NodePtr& root)
         }
         build(*root);
     }
-    const auto found = m_firstByID.find(id);
-    return found == m_firstByID.end() ? NodePtr() : found->second->shared_from_this();
+    Node* const found = m_firstByID.find(id);
+    return found != nullptr ? found->shared_from_this() : NodePtr();
 }
 
 void NodeIndex::build(Node& root)
@@ -66,7 +66,7 @@ void NodeIndex::build(Node& root)
     while (Node* const node = walk.next())
     {
         m_stamp.include(node->getTreeRevision());
-        m_firstByID.emplace(node->getID(), node);
+        m_firstByID.insert(*node);
     }
     m_root = &root;
 }

@@ -2,12 +2,11 @@
 
 #include "scene/Forward.h"
 #include "scene/graph/ISceneContext.h"
+#include "scene/manager/NodeTable.h"
 
 #include <cstdint>
 #include <mutex>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -56,7 +55,7 @@ private:
 
     const TreeRevisionPtr m_revision;
     std::mutex m_mutex;
-    std::unordered_map<std::string_view, Node*> m_firstByID; ///< of the tree in m_stamp
+    NodeTable m_firstByID; ///< of the tree in m_stamp
     const Node* m_root = nullptr;
     TreeStamp m_stamp;
     TreeStamp m_searched; ///< when the last plain search began

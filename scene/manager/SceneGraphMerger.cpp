@@ -6,6 +6,7 @@
 #include "scene/geometry/InstanceGeometry.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
+#include "scene/graph/NodeWalk.h"
 #include "scene/manager/SceneManager.h"
 #include "scene/material/Material.h"
 
@@ -32,8 +33,8 @@ public:
         for (std::size_t i = 0; i < m_nodes.size(); ++i)
         {
             m_firstChild.push_back(m_children.size());
-            const NodePtr node = m_nodes[i];
-            for (const NodePtr& child : node->getChildren())
+            const Node& node = *m_nodes[i];
+            for (const NodePtr& child : node.getChildren())
             {
                 m_children.push_back(positionOf(child));
             }
@@ -41,6 +42,7 @@ public:
         m_firstChild.push_back(m_children.size());
     }
 
+    std::size_t count() const { return m_nodes.size(); }
     const Node& nodeAt(std::size_t node) const { return *m_nodes[node]; }
 
     std::size_t countChildren(std::size_t node) const
@@ -77,53 +79,69 @@ private:
 
 // Identifiers of the tree
 
-TreeIdentifiers::TreeIdentifiers(SceneManager& scene, const NodePtr& parent)
-    : m_scene(scene), m_parent(parent)
+TreeIdentifiers::TreeIdentifiers(const NodePtr& root, const TreeRevisionPtr& revision,
+                                 const NodePtr& parent)
+    : m_root(root), m_revision(revision), m_parent(parent)
 {
+}
+
+void TreeIdentifiers::expect(std::size_t count)
+{
+    refresh();
+    m_nodes.reserve(count);
 }
 
 bool TreeIdentifiers::contains(const std::string& id)
 {
     refresh();
-    return m_ids.count(id) != 0;
+    return m_nodes.find(id) != nullptr;
 }
 
-void TreeIdentifiers::add(Node& parent, const NodePtr& node)
+MergeTarget TreeIdentifiers::add(const MergeTarget& parent, const NodePtr& node)
 {
     const bool known = m_stamp.isCurrent();
-    const unsigned int childrenBefore = parent.getChildCount();
-    parent.addNode(node);
-    if (!known || parent.getChildCount() != childrenBefore + 1)
+    const bool joinsTree = known && isInTree(parent);
+    const unsigned int childrenBefore = parent.node->getChildCount();
+    parent.node->addNode(node);
+    if (!known || parent.node->getChildCount() != childrenBefore + 1)
     {
-        return;
+        return {node};
     }
-    m_stamp.expectChange(parent.getTreeRevision());
-    if (m_parentIsInTree)
+    m_stamp.expectChange(parent.node->getTreeRevision());
+    if (!m_stamp.isCurrent())
     {
-        m_ids.insert(node->getID());
+        return {node};
+    }
+    if (joinsTree)
+    {
+        m_nodes.insert(*node);
         m_stamp.include(node->getTreeRevision());
     }
-    const auto siblings = m_firstChildByID.find(&parent);
-    if (siblings != m_firstChildByID.end())
+    const auto siblings = m_children.find(parent.node.get());
+    if (siblings != m_children.end())
     {
-        siblings->second.emplace(node->getID(), node);
+        siblings->second.firstByID.emplace(node->getID(), node);
     }
+    return {node, joinsTree, m_reading};
 }
 
-NodePtr TreeIdentifiers::findChild(Node& parent, const std::string& id)
+MergeTarget TreeIdentifiers::findChild(const MergeTarget& parent, const std::string& id)
 {
     refresh();
-    const auto inserted = m_firstChildByID.try_emplace(&parent);
+    const auto inserted = m_children.try_emplace(parent.node.get());
     Children& children = inserted.first->second;
     if (inserted.second)
     {
-        for (const NodePtr& child : parent.getChildren())
+        children.parent = parent.node;
+        for (const NodePtr& child : parent.node->getChildren())
         {
-            children.emplace(child->getID(), child);
+            children.firstByID.emplace(child->getID(), child);
         }
     }
-    const auto found = children.find(id);
-    return found == children.end() ? NodePtr() : found->second;
+    const auto found = children.firstByID.find(id);
+    return found == children.firstByID.end()
+               ? MergeTarget()
+               : MergeTarget{found->second, isInTree(parent), m_reading};
 }
 
 void TreeIdentifiers::refresh()
@@ -134,30 +152,51 @@ void TreeIdentifiers::refresh()
     }
 }
 
+bool TreeIdentifiers::isInTree(const MergeTarget& target) const
+{
+    if (target.reading == m_reading)
+    {
+        return target.isInTree;
+    }
+    return target.node == m_parent ? m_parentIsInTree : m_inTree.count(target.node.get()) != 0;
+}
+
 void TreeIdentifiers::readTree()
 {
+    const bool isFirst = m_reading == 0; // then there are no targets but the parent
+    ++m_reading;
     m_stamp.clear();
-    m_ids.clear();
-    m_firstChildByID.clear();
+    m_nodes.clear();
+    m_inTree.clear();
+    m_children.clear();
     m_parentIsInTree = false;
-    m_stamp.include(m_scene.getTreeRevision());
-    for (const NodePtr& node : m_scene.getNodeArray())
+    m_stamp.include(m_revision);
+    if (!m_root)
+    {
+        return;
+    }
+    NodeWalk<Node> walk(*m_root);
+    while (Node* const node = walk.next())
     {
         m_stamp.include(node->getTreeRevision());
-        m_ids.insert(node->getID());
-        m_parentIsInTree = m_parentIsInTree || node == m_parent;
+        m_nodes.insert(*node);
+        m_parentIsInTree = m_parentIsInTree || node == m_parent.get();
+        if (!isFirst)
+        {
+            m_inTree.insert(node);
+        }
     }
 }
 
 // Merging
 
-SceneGraphMerger::SceneGraphMerger(SceneManager& scene, const NodePtr& parent,
+SceneGraphMerger::SceneGraphMerger(SceneManager& scene, const NodePtr& root, const NodePtr& parent,
                                    core::logger::Logger& logger, const Translations& translations)
     : m_scene(scene),
       m_parent(parent),
       m_logger(logger),
       m_translations(translations),
-      m_identifiers(scene, parent)
+      m_identifiers(root, scene.getTreeRevision(), parent)
 {
     for (const MaterialPtr& material : scene.getMaterialList())
     {
@@ -170,19 +209,20 @@ void SceneGraphMerger::merge(const NodePtr& source, bool discardRepeated, bool m
     // The source is listed before anything is added: it may hold the parent, and a
     // listener may change it.
     const SubtreeList list(source);
+    m_identifiers.expect(list.count());
     struct Task
     {
         std::size_t node;
-        NodePtr parent;
+        MergeTarget parent;
     };
-    std::vector<Task> tasks{{0, m_parent}};
+    std::vector<Task> tasks{{0, {m_parent}}};
     while (!tasks.empty())
     {
         const Task task = std::move(tasks.back());
         tasks.pop_back();
-        const NodePtr target =
-            mergeNode(*task.parent, list.nodeAt(task.node), discardRepeated, mergeRepeated);
-        if (target)
+        const MergeTarget target =
+            mergeNode(task.parent, list.nodeAt(task.node), discardRepeated, mergeRepeated);
+        if (target.node)
         {
             // The first child is to be met first.
             for (std::size_t child = list.countChildren(task.node); child > 0; --child)
@@ -193,9 +233,9 @@ void SceneGraphMerger::merge(const NodePtr& source, bool discardRepeated, bool m
     }
 }
 
-/// Merges one node; answers where its children go, empty when they are left out.
-NodePtr SceneGraphMerger::mergeNode(Node& parent, const Node& source, bool discardRepeated,
-                                    bool mergeRepeated)
+/// Merges one node; answers where its children go, without node when they are left out.
+MergeTarget SceneGraphMerger::mergeNode(const MergeTarget& parent, const Node& source,
+                                        bool discardRepeated, bool mergeRepeated)
 {
     std::string id = source.getID();
     if (m_identifiers.contains(id))
@@ -203,10 +243,11 @@ NodePtr SceneGraphMerger::mergeNode(Node& parent, const Node& source, bool disca
         if (discardRepeated)
         {
             m_logger << "[INFO] Found repeated Node with ID: " + id + ". Discarded.";
-            return NodePtr();
+            return MergeTarget();
         }
-        const NodePtr present = mergeRepeated ? m_identifiers.findChild(parent, id) : NodePtr();
-        if (present)
+        const MergeTarget present =
+            mergeRepeated ? m_identifiers.findChild(parent, id) : MergeTarget();
+        if (present.node)
         {
             return present;
         }
@@ -214,8 +255,7 @@ NodePtr SceneGraphMerger::mergeNode(Node& parent, const Node& source, bool disca
         m_logger << "[INFO] Renamed repeated Node to: " + id;
     }
     const NodePtr copy = copyNode(source, id);
-    m_identifiers.add(parent, copy);
-    return copy;
+    return m_identifiers.add(parent, copy);
 }
 
 NodePtr SceneGraphMerger::copyNode(const Node& source, const std::string& id)

@@ -3,6 +3,7 @@
 #include "core/Forward.h"
 #include "scene/Forward.h"
 #include "scene/manager/NodeIndex.h"
+#include "scene/manager/NodeTable.h"
 
 #include <cstddef>
 #include <map>
@@ -16,6 +17,15 @@ namespace velmoran::scene
 /// Old identifiers to new ones, for renamed items only.
 using RenameMap = std::map<std::string, std::string>;
 
+/// A node that others are merged under, and whether it hung in the scene's tree when that
+/// was read for the `reading`-th time.
+struct MergeTarget
+{
+    NodePtr node;
+    bool isInTree = false;
+    unsigned int reading = 0; ///< 0: not known
+};
+
 /// The identifiers of the nodes in a scene's tree while nodes are added to it.
 ///
 /// Follows the nodes that it is told of; when somebody else changed the tree, as a
@@ -23,30 +33,43 @@ using RenameMap = std::map<std::string, std::string>;
 class TreeIdentifiers
 {
 public:
-    /// Nodes will be added below `parent`, which may hang outside the tree.
-    TreeIdentifiers(SceneManager& scene, const NodePtr& parent);
+    /// Nodes will be added below `parent`, which may hang outside the tree below `root`.
+    /// The root may be replaced meanwhile, by a change that moves `revision` on.
+    TreeIdentifiers(const NodePtr& root, const TreeRevisionPtr& revision, const NodePtr& parent);
+
+    /// Makes room for `count` more nodes.
+    void expect(std::size_t count);
 
     bool contains(const std::string& id);
 
     /// Adds `node` under `parent`.
-    void add(Node& parent, const NodePtr& node);
+    MergeTarget add(const MergeTarget& parent, const NodePtr& node);
 
-    /// The first child of `parent` with this ID; empty when there is none. Constant
-    /// on average however many children there are.
-    NodePtr findChild(Node& parent, const std::string& id);
+    /// The first child of `parent` with this ID; without node when there is none.
+    /// Constant on average however many children there are.
+    MergeTarget findChild(const MergeTarget& parent, const std::string& id);
 
 private:
-    using Children = std::unordered_map<std::string, NodePtr>;
+    /// The first child of each ID. Holds the parent, so that no other node gets its address.
+    struct Children
+    {
+        NodePtr parent;
+        std::unordered_map<std::string, NodePtr> firstByID;
+    };
 
     void readTree();
     void refresh();
+    bool isInTree(const MergeTarget& target) const;
 
-    SceneManager& m_scene;
+    const NodePtr& m_root;
+    const TreeRevisionPtr m_revision;
     const NodePtr m_parent;
     TreeStamp m_stamp;
-    std::unordered_set<std::string> m_ids;
+    NodeTable m_nodes; ///< of the tree in m_stamp; these can't go without a new reading
+    unsigned int m_reading = 0;
     bool m_parentIsInTree = false;
-    std::unordered_map<const Node*, Children> m_firstChildByID;
+    std::unordered_set<const Node*> m_inTree; ///< of the last reading, unless it was the first
+    std::unordered_map<const Node*, Children> m_children;
 };
 
 /// Copies a node tree of one scene into another.
@@ -60,14 +83,15 @@ public:
         const std::map<int, int>& layerMap;
     };
 
-    /// Merges under `parent`.
-    SceneGraphMerger(SceneManager& scene, const NodePtr& parent, core::logger::Logger& logger,
-                     const Translations& translations);
+    /// Merges under `parent`. `root` is where the scene keeps its root.
+    SceneGraphMerger(SceneManager& scene, const NodePtr& root, const NodePtr& parent,
+                     core::logger::Logger& logger, const Translations& translations);
 
     void merge(const NodePtr& source, bool discardRepeated, bool mergeRepeated);
 
 private:
-    NodePtr mergeNode(Node& parent, const Node& source, bool discardRepeated, bool mergeRepeated);
+    MergeTarget mergeNode(const MergeTarget& parent, const Node& source, bool discardRepeated,
+                          bool mergeRepeated);
     NodePtr copyNode(const Node& source, const std::string& id);
     void copyLayers(const Node& source, Node& copy);
     void copyInstances(const Node& source, Node& copy);

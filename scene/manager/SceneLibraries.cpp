@@ -223,6 +223,7 @@ void SceneManager::addCameraInstance(const CameraInstancePtr& instance)
     if (instance)
     {
         m_cameraInstances.add(instance);
+        addID(instance->getSID());
         m_logger << "Added Camera Instance" + instance->getSID();
     }
 }

@@ -76,7 +76,13 @@ EventManagerPtr SceneManager::getEventManager()
 void SceneManager::setEventManager(boost::shared_ptr<core::event::EventManager> eventManager)
 {
     EventBase::setEventManager(std::move(eventManager));
-    // Another thread may set another one meanwhile: in the end all three have the same.
+    shareEventManager();
+}
+
+/// Gives this scene's event manager to the geometry manager and the worker. Another thread
+/// may replace any of them meanwhile: in the end all three have the same.
+void SceneManager::shareEventManager()
+{
     EventManagerPtr current;
     do
     {
@@ -179,16 +185,12 @@ void SceneManager::setGeometryManager(const GeometryManagerPtr& geometryManager)
         return;
     }
     GeometryManagerPtr installed = geometryManager;
-    const GeometryManagerPtr kept = geometryManager;
     {
         const std::lock_guard<std::mutex> lock(m_geometryManagerMutex);
         m_geometryManager.swap(installed);
     }
-    kept->setEventManager(getEventManager());
-    for (const std::string& id : kept->getIDs())
-    {
-        addID(id);
-    }
+    shareEventManager();
+    addGeometryIDs();
 }
 
 LayerManagerPtr SceneManager::getLayerManager()
@@ -223,6 +225,14 @@ void SceneManager::addID(std::string id)
     if (id.compare(0, 3, "OID") == 0)
     {
         m_usedIDs.insert(std::move(id));
+    }
+}
+
+void SceneManager::addGeometryIDs()
+{
+    for (const std::string& id : getGeometryManager()->getIDs())
+    {
+        addID(id);
     }
 }
 
@@ -276,7 +286,7 @@ NodePtr SceneManager::getRoot()
 {
     if (!m_root)
     {
-        m_root = boost::make_shared<Node>(shared_from_this());
+        setRoot(boost::make_shared<Node>(shared_from_this()));
     }
     return m_root;
 }

@@ -85,8 +85,8 @@ public:
 
     // Life and worker thread
 
-    /// Stops the worker for good and detaches from the event manager. A second call
-    /// does nothing. Waits for the running turn; called on the worker itself (by a
+    /// Stops the worker for good and detaches from the event manager. A second
+    /// call only detaches. Waits for the running turn; called on the worker itself (by a
     /// controller or a handler), it does not wait for that turn; the thread ends after
     /// it. As every detaching it waits for handlers of this scene on other threads. Do
     /// not call it, nor drop the last handle, while holding the scene lock or another
@@ -389,6 +389,8 @@ private:
     void localMaterialTechniqueChangedHandler(core::event::Event event);
 
     void raise(const core::event::EventType& type, const std::string& data);
+    void shareEventManager();
+    void addGeometryIDs();
     void placeNode(const NodePtr& node, const std::string& parentID);
 
     // Released in reverse order.

@@ -66,6 +66,7 @@ MaterialPtr copyMaterial(const Material& material, const std::string& id,
     {
         if (!parameter)
         {
+            copy->addMaterialParameter(parameter); // it keeps its place
             continue;
         }
         const auto copied = boost::make_shared<MaterialParameter>(
@@ -103,10 +104,12 @@ RenameMap mergeGeometriesWithSymbols(GeometryManager& into, const GeometryManage
     const RenameMap renames = into.mergeGeometries(other, discardRepeated);
     for (const auto& [oldID, newID] : renames)
     {
-        // A clone whose new ID was taken was not kept.
-        if (present.count(newID) == 0)
+        // A clone whose new ID was taken, here or by another incoming geometry, was not
+        // kept; the latter belongs to the incoming scene.
+        const IGeometryPtr renamed = into.getGeometry(newID);
+        if (present.count(newID) == 0 && renamed != other->getGeometry(newID))
         {
-            copyMaterialSymbols(other->getGeometry(oldID), into.getGeometry(newID));
+            copyMaterialSymbols(other->getGeometry(oldID), renamed);
         }
     }
     return renames;
@@ -126,6 +129,7 @@ void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& othe
 
     const RenameMap geometryRenames = mergeGeometriesWithSymbols(
         *getGeometryManager(), kept->getGeometryManager(), isSet(DISCARD_REPEATED_GEOMETRIES));
+    addGeometryIDs();
     const RenameMap imageRenames =
         mergeImageLibrary(kept->m_images.items(), isSet(DISCARD_REPEATED_IMAGES));
     const RenameMap effectRenames = mergeEffectLibrary(kept->m_effects.items());
@@ -259,7 +263,8 @@ void SceneManager::mergeSceneGraph(const NodePtr& parent, const NodePtr& source,
         return;
     }
     const boost::shared_ptr<SceneManager> self = shared_from_this(); // listeners may let go
-    SceneGraphMerger merger(*this, parent, m_logger, {geometryRenames, materialRenames, layerMap});
+    SceneGraphMerger merger(*this, m_root, parent, m_logger,
+                            {geometryRenames, materialRenames, layerMap});
     merger.merge(source, discardRepeated, mergeRepeated);
 }
 } // namespace velmoran::scene

@@ -373,4 +373,43 @@ TEST_F(SceneMerging, StaysExactWhenListenersEditTheTreeMeanwhile)
     merge(0);
     EXPECT_NE(scene.manager->getNodeByID("arm__renamed_OID1__"), nullptr);
 }
+
+TEST_F(SceneMerging, WhatDoesNotReachTheTreeClashesWithNothing)
+{
+    // A node of a dead scene takes no children: copies below it vanish one by one.
+    SceneManagerPtr dead = boost::make_shared<SceneManager>(core::event::EventManagerPtr());
+    const NodePtr closed = boost::make_shared<Node>(dead);
+    dead.reset();
+    scene.manager->getRoot()->addNode(closed);
+    const NodePtr source = boost::make_shared<Node>(incoming);
+    for (const char* const id : {"twice", "other", "twice"})
+    {
+        source->addNode(boost::make_shared<Node>(incoming));
+        source->getChildNode(source->getChildCount() - 1)->setID(id);
+    }
+    SceneLog log;
+    scene.manager->mergeSceneGraph(closed, source, {}, {}, {}, {}, false, false);
+    EXPECT_EQ(closed->getChildCount(), 0U);
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(SceneMerging, AGeometryNamedLikeARenamedOneStaysAsItWas)
+{
+    const auto geometry = [](const char* id, const char* symbol)
+    {
+        const auto mesh = boost::make_shared<Mesh>(id, "");
+        mesh->addPrimitive(
+            boost::make_shared<TriangleMeshPrimitive>(mesh, std::vector<StreamMapping>()));
+        mesh->getPrimitive(0)->setMaterialSymbol(symbol);
+        return mesh;
+    };
+    scene.manager->getGeometryManager()->addGeometry(geometry("A", "own"));
+    const auto renamed = geometry("A__renamed__", "kept");
+    incoming->getGeometryManager()->addGeometry(geometry("A", "a"));
+    incoming->getGeometryManager()->addGeometry(renamed);
+    incoming->getGeometryManager()->addGeometry(geometry("OID0", "a"));
+    merge(0);
+    EXPECT_EQ(renamed->getPrimitive(0)->getMaterialSymbol(), "kept");
+    EXPECT_NE(scene.manager->getNodeByID("root__renamed_OID1__"), nullptr); // OID0 is taken
+}
 } // namespace velmoran::scene
