@@ -33,7 +33,7 @@ public:
 
     /// The 16 floats in stored order joined by ",", as the last fields of an event's
     /// data. Each is the shortest text that reads back to the same float ("nan",
-    /// "inf" or "-inf" if it is not finite), whatever the locale.
+    /// "-nan", "inf" or "-inf" if it is not finite), whatever the locale.
     std::string toEventDataString() const;
 
 private:

@@ -31,6 +31,7 @@ public:
     virtual core::event::EventManagerPtr getEventManager() = 0;
 
     /// Raises `event` through the scene's event base; dropped without event manager.
+    /// Nodes, cameras and lights ask the event manager first whether anybody listens.
     virtual void triggerEvent(core::event::Event event) = 0;
 
     /// Records an identifier that is in use, so that none equal to it is generated.

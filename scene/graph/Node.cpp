@@ -170,6 +170,11 @@ void Node::addNode(const boost::shared_ptr<Node>& child)
         kept->m_parent = self;
     }
     noteTreeChange();
+    if (kept->m_treeRevision == m_treeRevision && !isAddingHeard())
+    {
+        kept->updateLocalMatrix();
+        return;
+    }
     kept->triggerTransformationUpdate();
     raiseTopologyUpdate("NodeAdded", *kept);
 }
@@ -322,6 +327,18 @@ bool Node::isSelfOrAncestor(const Node& candidate) const
         }
     }
     return false;
+}
+
+/// Whether somebody listens to an event that adding a node of the same scene raises: one
+/// look at the scene instead of one for each event, for large trees are built unheard.
+bool Node::isAddingHeard() const
+{
+    const ISceneContextPtr scene = m_sceneManager.lock();
+    const core::event::EventManagerPtr manager =
+        scene ? scene->getEventManager() : core::event::EventManagerPtr();
+    return manager && (manager->hasListeners(events::nodeTransformationUpdate()) ||
+                       manager->hasListeners(events::sceneUpdate()) ||
+                       manager->hasListeners(events::sceneTopologyUpdate()));
 }
 
 void Node::raiseTopologyUpdate(const char* kind, const Node& child) const

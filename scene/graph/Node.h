@@ -205,13 +205,12 @@ public:
     /// Folds one element of a transformation list into T, R and S and appends it to
     /// the stored list. An empty handle is ignored.
     ///
-    /// Rotate turns (`rotate`; the axis is used as stored), scale replaces S,
-    /// translate moves in the frame reached so far. A matrix moves by its last
-    /// column, turns by the rotation of its linear part's polar decomposition and
-    /// sets S to the diagonal of the scaling; its three steps raise a pair of
-    /// events each. One with a NaN or an infinity in its linear part does not turn, and
-    /// S becomes that part's diagonal. Look-at, skew and kinds of others are only kept
-    /// and raise nothing.
+    /// Rotate turns (`rotate`; the axis is used as stored, one of zeros turns nothing), scale
+    /// replaces S, translate moves in the frame reached so far. A matrix moves by its last column,
+    /// turns by the rotation of its linear part's polar decomposition and sets S to the diagonal of
+    /// the scaling; its three steps raise a pair of events each. One with a NaN or an infinity in
+    /// its linear part does not turn, and S becomes that part's diagonal. Look-at, skew and kinds
+    /// of others are only kept and raise nothing.
     void addTransformation(const ITransformationPtr& transformation);
 
     /// The local matrix.
@@ -222,7 +221,7 @@ public:
 
     /// The world matrices of this node and all nodes below it, in the order of
     /// `getNodesBelow`. One pass: linear in the number of nodes, plus the depth, and
-    /// once more the depth for each node that is listed more than once.
+    /// once more the depth for each node for which `isListedTwice`.
     std::vector<Eigen::Matrix4f> getCombinedTransformationsBelow() const;
 
     /// The product of the rotations along the parents. Linear in the depth.
@@ -242,7 +241,8 @@ public:
     /// "NodeTransformationUpdate" and "SceneUpdate". Children raise nothing.
     void triggerTransformationUpdate();
 
-    /// Whether several entries in lists of children hold this node.
+    /// Whether several entries in lists of children hold this node, or did once: false
+    /// means that one at most does.
     bool isListedTwice() const;
 
     // Search. A node is met before its children, children in order; one that is listed
@@ -271,6 +271,7 @@ private:
     void noteTreeChange();
     static unsigned int takeNumber();
     bool isSelfOrAncestor(const Node& candidate) const;
+    bool isAddingHeard() const;
     void raiseTopologyUpdate(const char* kind, const Node& child) const;
     void raiseLayerEvent(const core::event::EventType& type, int layerID) const;
     InstanceGeometryPtr getMaterialTarget(unsigned int geometryIndex) const;

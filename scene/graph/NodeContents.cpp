@@ -124,14 +124,14 @@ void Node::setMaterial(const MaterialPtr& material, unsigned int geometryIndex,
     {
         return;
     }
-    instance->setMaterial(primitive->getMaterialSymbol(), material);
+    const MaterialPtr kept = material; // the argument may live in the list that is rebuilt
+    instance->setMaterial(primitive->getMaterialSymbol(), kept);
     const EventManagerPtr listeners = listenersOf(m_sceneManager, events::nodeMaterialChanged());
     if (listeners)
     {
         listeners->triggerEvent(events::nodeMaterialChanged().getName(),
                                 m_id + "," + std::to_string(geometryIndex) + "," +
-                                    std::to_string(primitiveIndex) + "," +
-                                    material->getMaterialID());
+                                    std::to_string(primitiveIndex) + "," + kept->getMaterialID());
     }
 }
 

@@ -41,9 +41,11 @@ void foldMatrix(Node& node, const TransformationMatrix& element)
 
 void foldRotate(Node& node, const TransformationRotate& element)
 {
-    const Eigen::AngleAxisf rotation(element.getAngle() * RADIANS_PER_DEGREE,
-                                     toEigen(element.getRotationAxis()));
-    node.rotate(rotation.toRotationMatrix());
+    const Eigen::Vector3f axis = toEigen(element.getRotationAxis());
+    const Eigen::AngleAxisf rotation(element.getAngle() * RADIANS_PER_DEGREE, axis);
+    // About no axis the formula gives a multiple of the identity, which may be negative.
+    node.rotate(axis.isZero(0.0F) ? Eigen::Matrix3f(Eigen::Matrix3f::Identity())
+                                  : rotation.toRotationMatrix());
 }
 } // namespace
 

@@ -34,8 +34,9 @@ public:
     ///
     /// The angle is stored in *radians*, unlike everywhere else in this class; a
     /// caller that goes on in degrees converts it. No rotation gives the axis
-    /// (1, 0, 0). The axis comes from the matrix's antisymmetric part and
-    /// is not to be relied on at half a turn, where that part vanishes.
+    /// (1, 0, 0); a trace that no rotation has counts as the nearest one. The axis comes from the
+    /// matrix's antisymmetric part and is not to be relied on at half a turn, where that part
+    /// vanishes.
     void setFromMatrix(const core::utils::Matrix& matrix);
 
     /// Turns the stored rotation by *minus* `angle` degrees about `axis`, which is
