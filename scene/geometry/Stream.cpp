@@ -165,7 +165,9 @@ int Stream::insertIndexed(const float* values, std::size_t index)
 void Stream::updateIndex(std::size_t tuples)
 {
     // At most two thirds of the slots are taken, which keeps the rows of taken slots short.
-    if ((tuples + 1) * 3 > m_slots.size() * 2)
+    // A table that knows of more tuples than there are is of data that was cut behind its
+    // back.
+    if ((tuples + 1) * 3 > m_slots.size() * 2 || m_indexedTuples > tuples)
     {
         m_slotBits = 6;
         while ((tuples + 1) * 3 > (std::size_t(2) << m_slotBits))
