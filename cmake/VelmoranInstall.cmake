@@ -10,6 +10,10 @@ install(TARGETS velmoran_core velmoran_scene EXPORT velmoran_targets
 set(velmoran_private_headers
     core/event/Registry.h
     core/event/Subscription.h
+    scene/animation/AnimationWalk.h
+    scene/animation/ChannelTarget.h
+    scene/animation/KeyframeEditing.h
+    scene/animation/PlaybackPlan.h
     scene/geometry/CornerWriter.h
     scene/graph/HandleList.h
     scene/graph/NodeWalk.h

@@ -1,10 +1,20 @@
 #include "scene/animation/Animation.h"
 
+#include "scene/animation/AnimationWalk.h"
+#include "scene/animation/ChannelTarget.h"
+#include "scene/animation/KeyframeEditing.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
+#include "scene/graph/ITransformation.h"
+#include "scene/graph/Node.h"
+#include "scene/graph/TransformationMatrix.h"
+
+#include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
+#include <unordered_set>
 
 namespace velmoran::scene
 {
@@ -37,6 +47,61 @@ std::vector<T> withoutEmpty(std::vector<T> handles)
 {
     handles.erase(std::remove(handles.begin(), handles.end(), nullptr), handles.end());
     return handles;
+}
+
+/// The time of the last key in whole milliseconds; zero when there is none.
+boost::posix_time::time_duration timeOfLastKey(const SamplerPtr& sampler)
+{
+    const StreamPtr times = sampler ? sampler->getStreamBySemantic(Sampler::INPUT) : StreamPtr();
+    if (!times || times->getParamList().size() != 1 || times->getData().empty())
+    {
+        return boost::posix_time::time_duration();
+    }
+    // Beyond the limit, milliseconds would not fit into a duration's microseconds.
+    const double limit = 9.0e14;
+    const double milliseconds = times->getData().back() * 1000.0;
+    return std::isnan(milliseconds) ? boost::posix_time::time_duration()
+                                    : boost::posix_time::milliseconds(static_cast<std::int64_t>(
+                                          std::clamp(milliseconds, -limit, limit)));
+}
+
+/// Whether the list of `node` can be keyed, given that what stands below can or can't.
+bool isValidFor(const Node& node, bool valid)
+{
+    int rotations = 0;
+    bool hasMatrix = false;
+    for (const ITransformationPtr& transformation : node.getOriginalTransformations())
+    {
+        const int kind = transformation->getType();
+        valid = valid && kind != ITransformation::SCALE && kind != ITransformation::TRANSLATE;
+        rotations += kind == ITransformation::ROTATE ? 1 : 0;
+        hasMatrix = hasMatrix || kind == ITransformation::MATRIX;
+    }
+    return hasMatrix || (valid && rotations <= 1);
+}
+
+StreamPtr makeStream(const std::string& id, int stride, const std::string& param,
+                     const std::string& type)
+{
+    const StreamPtr stream = boost::make_shared<Stream>(id, stride, false);
+    stream->addParam(param, type);
+    return stream;
+}
+
+/// A sampler for new keys, and its streams: times, values and interpolation names.
+std::pair<SamplerPtr, std::vector<StreamPtr>>
+makeKeySampler(const std::string& nodeId, const ChannelTarget& target, bool isMatrix)
+{
+    const std::string id = nodeId + "-node_" + target.path;
+    const SamplerPtr sampler = boost::make_shared<Sampler>(nodeId + "-sampler");
+    const StreamPtr times = makeStream(id + "-input", 1, "TIME", "float");
+    const StreamPtr values = isMatrix ? makeStream(id + "-output", 16, "TRANSFORM", "float4x4")
+                                      : makeStream(id + "-output", 1, target.member, "float");
+    const StreamPtr names = makeStream(id + "-interpolations", 1, "INTERPOLATION", "Name");
+    sampler->addInput("INPUT", times);
+    sampler->addInput("OUTPUT", values);
+    sampler->addInput("INTERPOLATION", names);
+    return {sampler, {times, values, names}};
 }
 } // namespace
 
@@ -114,6 +179,18 @@ void Animation::addAnimation(const AnimationPtr& child)
     if (child && child.get() != this)
     {
         m_childAnimations.push_back(child);
+        rememberTarget(child);
+    }
+}
+
+/// Lets `getChannel` find a child that was made for a target, unless another one was
+/// there before.
+void Animation::rememberTarget(const AnimationPtr& child)
+{
+    if (child->m_isForTarget)
+    {
+        m_childrenByTarget.emplace(std::make_pair(child->m_targetNodeId, child->m_targetSid),
+                                   child.get());
     }
 }
 
@@ -121,6 +198,113 @@ std::vector<AnimationPtr> Animation::getChildAnimations() const
 {
     return m_childAnimations;
 }
+
+// The whole tree
+
+boost::posix_time::time_duration Animation::getDuration() const
+{
+    boost::posix_time::time_duration result;
+    for (const Animation* const animation : childrenFirst(*this))
+    {
+        for (const Channel& channel : animation->m_channels)
+        {
+            result = std::max(result, timeOfLastKey(channel.first));
+        }
+    }
+    return result;
+}
+
+bool Animation::isValid() const
+{
+    // Only last children count: down to the last one of them, and back up.
+    std::vector<const Animation*> path = {this};
+    std::unordered_set<const Animation*> met = {this};
+    while (!path.back()->m_childAnimations.empty() &&
+           met.insert(path.back()->m_childAnimations.back().get()).second)
+    {
+        path.push_back(path.back()->m_childAnimations.back().get());
+    }
+    bool valid = true;
+    for (; !path.empty(); path.pop_back())
+    {
+        const NodePtr& node = path.back()->m_targetNode;
+        valid = node ? isValidFor(*node, valid) : valid;
+    }
+    return valid;
+}
+
+// Keyframe editing
+
+SamplerPtr Animation::getChannel(const std::string& nodeId, const std::string& target,
+                                 const ITransformationPtr& transformation)
+{
+    const ChannelTarget parsed(target);
+    const auto found = m_childrenByTarget.find({nodeId, parsed.path});
+    if (found != m_childrenByTarget.end())
+    {
+        return found->second->m_channels.front().first;
+    }
+    const bool isMatrix = transformation && transformation->getType() == ITransformation::MATRIX;
+    const auto [sampler, streams] = makeKeySampler(nodeId, parsed, isMatrix);
+    const AnimationPtr child = boost::make_shared<Animation>(nodeId + "-node-" + parsed.path, "");
+    child->setSamplers({sampler});
+    child->setStreams(streams);
+    child->addChannel(sampler, target);
+    child->m_isForTarget = true;
+    child->m_targetNodeId = nodeId;
+    child->m_targetSid = parsed.path;
+    addAnimation(child);
+    return sampler;
+}
+
+void Animation::insertKeyFrame(const NodePtr& node, float time)
+{
+    if (!node || !std::isfinite(time))
+    {
+        return;
+    }
+    const NodePtr kept = node;
+    if (kept->getOriginalTransformations().empty())
+    {
+        const auto matrix = boost::make_shared<TransformationMatrix>();
+        matrix->setSid("transform");
+        kept->addTransformation(matrix);
+    }
+    for (const ITransformationPtr& transformation : kept->getOriginalTransformations())
+    {
+        if (transformation->getType() == ITransformation::MATRIX)
+        {
+            insertTransformations(kept, transformation, time);
+        }
+    }
+}
+
+void Animation::insertTransformations(const NodePtr& node, const ITransformationPtr& transformation,
+                                      float time)
+{
+    if (node && transformation && std::isfinite(time))
+    {
+        const std::string target = node->getID() + "/" + transformation->getSid();
+        insertKey(*getChannel(node->getID(), target, transformation), time,
+                  node->getTransformations());
+    }
+}
+
+void Animation::removeKeyFrame(float time)
+{
+    for (Animation* const animation : childrenFirst(*this))
+    {
+        for (const Channel& channel : animation->m_channels)
+        {
+            if (!channel.first || !removeKey(*channel.first, time))
+            {
+                break;
+            }
+        }
+    }
+}
+
+// Settings
 
 int Animation::getTimeRange() const
 {

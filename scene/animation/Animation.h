@@ -3,6 +3,9 @@
 #include "scene/Export.h"
 #include "scene/Forward.h"
 
+#include <boost/date_time/posix_time/posix_time_types.hpp>
+
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -68,6 +71,60 @@ public:
     /// The children in the order of adding.
     std::vector<AnimationPtr> getChildAnimations() const;
 
+    // The whole tree. An animation that is listed more than once counts once.
+
+    /// The time of the last key of all channels here and below, cut to whole
+    /// milliseconds; zero when there is none. A channel counts when its "INPUT" stream
+    /// has exactly one parameter and at least one value; the last value is taken, in
+    /// whatever order they stand. One that is not a number does not count. Linear in the
+    /// number of channels.
+    boost::posix_time::time_duration getDuration() const;
+
+    /// Whether the poses of the target nodes can be keyed as they are. A node is valid
+    /// when its list holds a matrix, or neither scale nor translate and at most one
+    /// rotate; an animation without target node is as valid as its last child, and
+    /// without children valid. Of several children only the last one counts.
+    bool isValid() const;
+
+    // Keyframe editing. Keys are the local matrices of nodes, one sampler for each
+    // transformation of the matrix kind, in child animations of this one.
+
+    /// The sampler that keys `target` on the node `nodeId`: that of the first child that
+    /// was made for both, else of a new child.
+    ///
+    /// `target` is a whole channel target. A new child has the key times ("INPUT", one
+    /// parameter "TIME"), values ("OUTPUT") and interpolation names ("INTERPOLATION"),
+    /// all empty, and one channel with this target. A value is 16 floats if
+    /// `transformation` is a matrix, else one float, whose parameter is named after the
+    /// target's member. Logarithmic in the number of children.
+    SamplerPtr getChannel(const std::string& nodeId, const std::string& target,
+                          const ITransformationPtr& transformation);
+
+    /// Keys the local matrix of `node` at `time` (seconds) on every transformation of
+    /// the matrix kind in its list. To a node whose list is empty an identity matrix with
+    /// the SID "transform" is added first (`Node::addTransformation`: it raises events,
+    /// and its scale becomes 1). Other kinds are not keyed. Does nothing for an empty
+    /// handle and a time that is not finite.
+    void insertKeyFrame(const NodePtr& node, float time);
+
+    /// Keys the local matrix of `node` at `time` (seconds) under the ID of the node and
+    /// the SID of `transformation`.
+    ///
+    /// The key goes behind the last one that is earlier; a key at the very same time
+    /// stays behind it, so remove that first. Its interpolation is "LINEAR". In each
+    /// tangent stream of stride s, zeros for one key are put at float s, whatever the
+    /// key's place. Does nothing for an empty handle, a time that is not finite, key times
+    /// without the one parameter "TIME", and values that are not whole matrices up to
+    /// the new key. Linear in the number of keys.
+    void insertTransformations(const NodePtr& node, const ITransformationPtr& transformation,
+                               float time);
+
+    /// Removes a key closer than 5 ms to `time` (seconds) from the channels here and
+    /// below: the last such key of a channel. In each animation the channels are gone
+    /// through in order up to the first one that has no such key; those behind it stay
+    /// as they are. Linear in the number of keys.
+    void removeKeyFrame(float time);
+
     // Settings
 
     /// A number that is kept for whoever sets it; 0 at first.
@@ -79,6 +136,8 @@ public:
     void setTargetNode(const NodePtr& node);
 
 private:
+    void rememberTarget(const AnimationPtr& child);
+
     std::string m_id;
     std::string m_name;
     std::vector<StreamPtr> m_streams;   ///< none empty
@@ -87,5 +146,13 @@ private:
     std::vector<AnimationPtr> m_childAnimations; ///< none empty
     int m_timeRange = 0;
     NodePtr m_targetNode;
+
+    // What `getChannel` made this animation for; empty for all others.
+    bool m_isForTarget = false;
+    std::string m_targetNodeId;
+    std::string m_targetSid; ///< the target behind its first "/"
+
+    /// The first child that was made for a node ID and target SID.
+    std::map<std::pair<std::string, std::string>, Animation*> m_childrenByTarget;
 };
 } // namespace velmoran::scene

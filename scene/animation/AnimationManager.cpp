@@ -1,10 +1,52 @@
 #include "scene/animation/AnimationManager.h"
 
+#include "core/logger/BasicDecorator.h"
+#include "core/logger/ConsoleWriter.h"
+#include "scene/animation/Animation.h"
+#include "scene/animation/AnimationWalk.h"
+#include "scene/animation/PlaybackPlan.h"
+#include "scene/animation/Sampler.h"
+#include "scene/geometry/Stream.h"
+#include "scene/manager/SceneManager.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <unordered_set>
+#include <utility>
+
 namespace velmoran::scene
 {
-AnimationManager::AnimationManager() = default;
+namespace
+{
+std::string toLower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+/// The code of `name`, or `other` when the table does not hold it.
+template <std::size_t N>
+int codeOf(const std::string& name, const std::pair<const char*, int> (&table)[N], int other)
+{
+    const auto* const found = std::find_if(std::begin(table), std::end(table),
+                                           [&name](const auto& row) { return name == row.first; });
+    return found == std::end(table) ? other : found->second;
+}
+} // namespace
+
+AnimationManager::AnimationManager()
+{
+    const auto writer = boost::make_shared<core::logger::ConsoleWriter>();
+    writer->setDecorator(boost::make_shared<core::logger::BasicDecorator>());
+    m_logger.addWriter(writer);
+}
 
 AnimationManager::~AnimationManager() = default;
+
+// Scene controller
 
 bool AnimationManager::isReadOnly()
 {
@@ -14,10 +56,133 @@ bool AnimationManager::isReadOnly()
 void AnimationManager::attach(boost::shared_ptr<SceneManager> scene)
 {
     m_sceneManager = scene;
+    m_plan.reset();
 }
 
-bool AnimationManager::update(boost::posix_time::time_duration)
+// Current animation
+
+void AnimationManager::setAnimation(const AnimationPtr& animation)
 {
-    return false;
+    m_animation = animation;
+    m_plan.reset();
+    m_loopDuration = animation ? animation->getDuration() : Duration();
+    setUpAnimation(m_animation);
+}
+
+AnimationPtr AnimationManager::getAnimation() const
+{
+    return m_animation;
+}
+
+// Playhead
+
+void AnimationManager::pause()
+{
+    m_paused = true;
+    m_timeTarget = m_currentTime;
+}
+
+void AnimationManager::resume()
+{
+    m_paused = false;
+}
+
+bool AnimationManager::paused() const
+{
+    return m_paused;
+}
+
+void AnimationManager::setSmooth(bool smooth)
+{
+    m_smooth = smooth;
+}
+
+void AnimationManager::setTimeTarget(Duration time)
+{
+    m_timeTarget = time.is_special() ? m_timeTarget : time;
+}
+
+void AnimationManager::setTime(Duration time)
+{
+    if (!time.is_special())
+    {
+        m_timeTarget = time;
+        m_currentTime = time;
+        m_refresh = true;
+    }
+}
+
+AnimationManager::Duration AnimationManager::getCurrentTime() const
+{
+    return m_currentTime;
+}
+
+AnimationManager::Duration AnimationManager::getLoopDuration() const
+{
+    return m_loopDuration;
+}
+
+// Evaluation
+
+void AnimationManager::calculateFrameTimes(const AnimationPtr& animation,
+                                           std::vector<float>& out) const
+{
+    if (!animation)
+    {
+        return;
+    }
+    // Equal floats hash alike, also 0.0 and -0.0; a NaN equals nothing.
+    std::unordered_set<float> met(out.begin(), out.end());
+    for (const Animation* const part : childrenFirst(*animation))
+    {
+        for (const Animation::Channel& channel : part->getChannelArray())
+        {
+            const StreamPtr times =
+                channel.first ? channel.first->getStreamBySemantic(Sampler::INPUT) : StreamPtr();
+            const std::vector<float> keys = times ? times->getData() : std::vector<float>();
+            std::copy_if(keys.begin(), keys.end(), std::back_inserter(out),
+                         [&met](float key) { return met.insert(key).second; });
+        }
+    }
+}
+
+float AnimationManager::interpolateBezier(float p0, float p1, float t0, float t1, float t,
+                                          Eigen::Vector2f, Eigen::Vector2f)
+{
+    return t1 - t0 == 0.0F ? p0 : p0 + (t - t0) * (p1 - p0) / (t1 - t0);
+}
+
+int AnimationManager::getInterpolationType(std::string name)
+{
+    static constexpr std::pair<const char*, int> CODES[] = {
+        {"step", 0}, {"linear", 1}, {"bezier", 2}, {"hermite", 3}, {"cardinal", 4}, {"bspline", 5}};
+    return codeOf(toLower(std::move(name)), CODES, 1);
+}
+
+int AnimationManager::indexOfCoordinateValue(std::string name)
+{
+    static constexpr std::pair<const char*, int> INDICES[] = {
+        {"x", 0}, {"y", 1}, {"z", 2}, {"w", 3}, {"angle", 3}};
+    return codeOf(toLower(std::move(name)), INDICES, -1);
+}
+
+// Targets
+
+const AnimationManager::TargetedTransformations&
+AnimationManager::getTargetedTransformationsMap() const
+{
+    return m_targetedTransformations;
+}
+
+std::vector<std::string>
+AnimationManager::getTargetedTransformationsForNode(const NodePtr& node) const
+{
+    const auto found = m_targetedTransformations.find(node);
+    return found == m_targetedTransformations.end() ? std::vector<std::string>() : found->second;
+}
+
+bool AnimationManager::isNodeTargeted(const NodePtr& node) const
+{
+    return m_targetedTransformations.count(node) != 0;
 }
 } // namespace velmoran::scene

@@ -1,0 +1,153 @@
+#include "scene/animation/KeyframeEditing.h"
+
+#include "scene/animation/Sampler.h"
+#include "scene/geometry/Stream.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace velmoran::scene
+{
+namespace
+{
+constexpr std::size_t MATRIX_SIZE = 16;
+constexpr double SAME_KEY_SECONDS = 0.005;
+
+bool holdsKeyTimes(const StreamPtr& stream)
+{
+    return stream && stream->getParamList().size() == 1 &&
+           stream->getParamList().front().first == "TIME";
+}
+
+/// Where a key at `time` belongs: behind the last earlier one.
+std::size_t insertionIndex(const std::vector<float>& times, float time)
+{
+    const auto earlier =
+        std::find_if(times.rbegin(), times.rend(), [time](float key) { return key < time; });
+    return static_cast<std::size_t>(times.rend() - earlier);
+}
+
+void insertFloats(Stream& stream, std::size_t position, const float* floats, std::size_t n)
+{
+    std::vector<float>& data = stream.mutableData();
+    data.insert(data.begin() + static_cast<std::ptrdiff_t>(std::min(position, data.size())), floats,
+                floats + n);
+    stream.setCount(stream.getCount() + 1);
+}
+
+void insertName(Stream& stream, std::size_t index)
+{
+    // A key without a name is linear, too.
+    std::vector<std::string> names = stream.getNameList();
+    names.resize(std::max(names.size(), index), "LINEAR");
+    names.insert(names.begin() + static_cast<std::ptrdiff_t>(index), "LINEAR");
+    stream.setNameList(std::move(names));
+    stream.setCount(stream.getCount() + 1);
+}
+
+/// Zeros for one key behind the slot of the first key.
+void insertTangent(Stream& stream)
+{
+    const auto stride = static_cast<std::size_t>(std::max(stream.getStride(), 0));
+    if (stride != 0)
+    {
+        const std::vector<float> zeros(stride, 0.0F);
+        insertFloats(stream, stride, zeros.data(), stride);
+    }
+}
+
+void eraseFloats(const StreamPtr& stream, std::size_t index, std::size_t stride)
+{
+    if (!stream || stride == 0 || index >= stream->getData().size() / stride)
+    {
+        return;
+    }
+    std::vector<float>& data = stream->mutableData();
+    const auto first = data.begin() + static_cast<std::ptrdiff_t>(index * stride);
+    data.erase(first, first + static_cast<std::ptrdiff_t>(stride));
+    stream->setCount(std::max(stream->getCount() - 1, 0));
+}
+
+void eraseTuple(const StreamPtr& stream, std::size_t index)
+{
+    if (stream)
+    {
+        eraseFloats(stream, index, static_cast<std::size_t>(std::max(stream->getStride(), 0)));
+    }
+}
+
+void eraseName(const StreamPtr& stream, std::size_t index)
+{
+    if (!stream || index >= stream->getNameList().size())
+    {
+        return;
+    }
+    std::vector<std::string> names = stream->getNameList();
+    names.erase(names.begin() + static_cast<std::ptrdiff_t>(index));
+    stream->setNameList(std::move(names));
+    stream->setCount(std::max(stream->getCount() - 1, 0));
+}
+} // namespace
+
+void insertKey(const Sampler& sampler, float time, const Eigen::Matrix4f& matrix)
+{
+    const StreamPtr times = sampler.getStreamBySemantic(Sampler::INPUT);
+    const StreamPtr values = sampler.getStreamBySemantic(Sampler::OUTPUT);
+    const StreamPtr names = sampler.getStreamBySemantic(Sampler::INTERPOLATION);
+    if (!holdsKeyTimes(times))
+    {
+        return;
+    }
+    const std::size_t index = insertionIndex(times->getData(), time);
+    if (values)
+    {
+        if (values->getStride() != static_cast<int>(MATRIX_SIZE) ||
+            values->getData().size() / MATRIX_SIZE < index)
+        {
+            return;
+        }
+        const Eigen::Matrix<float, 4, 4, Eigen::RowMajor> rows = matrix;
+        insertFloats(*values, MATRIX_SIZE * index, rows.data(), MATRIX_SIZE);
+    }
+    insertFloats(*times, index, &time, 1);
+    if (names)
+    {
+        insertName(*names, index);
+    }
+    for (const Sampler::Semantic tangent : {Sampler::IN_TANGENT, Sampler::OUT_TANGENT})
+    {
+        const StreamPtr stream = sampler.getStreamBySemantic(tangent);
+        if (stream)
+        {
+            insertTangent(*stream);
+        }
+    }
+}
+
+bool removeKey(const Sampler& sampler, float time)
+{
+    const StreamPtr times = sampler.getStreamBySemantic(Sampler::INPUT);
+    if (!times)
+    {
+        return false;
+    }
+    const std::vector<float>& data = times->getData();
+    const auto found =
+        std::find_if(data.rbegin(), data.rend(),
+                     [time](float key) { return std::fabs(time - key) < SAME_KEY_SECONDS; });
+    if (found == data.rend())
+    {
+        return false;
+    }
+    const auto index = static_cast<std::size_t>(data.rend() - found) - 1;
+    eraseFloats(times, index, 1);
+    eraseName(sampler.getStreamBySemantic(Sampler::INTERPOLATION), index);
+    eraseTuple(sampler.getStreamBySemantic(Sampler::IN_TANGENT), index);
+    eraseTuple(sampler.getStreamBySemantic(Sampler::OUT_TANGENT), index);
+    eraseTuple(sampler.getStreamBySemantic(Sampler::OUTPUT), index);
+    return true;
+}
+} // namespace velmoran::scene

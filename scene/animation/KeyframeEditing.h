@@ -1,0 +1,16 @@
+#pragma once
+
+#include "scene/Forward.h"
+
+#include <Eigen/Core>
+
+namespace velmoran::scene
+{
+/// Puts the key `matrix` at `time` (seconds) into the streams of `sampler`; see
+/// `Animation::insertTransformations`.
+void insertKey(const Sampler& sampler, float time, const Eigen::Matrix4f& matrix);
+
+/// Removes the last key closer than 5 ms to `time` from the streams of `sampler`;
+/// whether there was one. Streams that have nothing for that key are left alone.
+bool removeKey(const Sampler& sampler, float time);
+} // namespace velmoran::scene

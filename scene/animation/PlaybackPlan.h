@@ -1,0 +1,8 @@
+#pragma once
+
+namespace velmoran::scene
+{
+class PlaybackPlan
+{
+};
+} // namespace velmoran::scene
