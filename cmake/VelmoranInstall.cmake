@@ -11,14 +11,24 @@ set(velmoran_private_headers
     core/event/Registry.h
     core/event/Subscription.h
     scene/animation/AnimationWalk.h
+    scene/animation/ChannelBinding.h
+    scene/animation/ChannelNames.h
     scene/animation/ChannelTarget.h
+    scene/animation/KeyTimes.h
     scene/animation/KeyframeEditing.h
+    scene/animation/ListTrack.h
+    scene/animation/MatrixKeys.h
     scene/animation/PlaybackPlan.h
+    scene/animation/RevisionStamp.h
+    scene/animation/SamplerKeys.h
     scene/geometry/CornerWriter.h
     scene/graph/HandleList.h
     scene/graph/NodeWalk.h
+    scene/graph/PoseWriter.h
     scene/graph/RaiseIfHeard.h
+    scene/graph/TransformParts.h
     scene/graph/TransformationFolding.h
+    scene/graph/TransformationValues.h
     scene/manager/NodeIndex.h
     scene/manager/NodeTable.h
     scene/manager/SceneGraphMerger.h

@@ -167,6 +167,7 @@ SamplerPtr Animation::getSamplerById(const std::string& id) const
 void Animation::addChannel(const SamplerPtr& sampler, std::string target)
 {
     m_channels.emplace_back(sampler, std::move(target));
+    m_revision.moveOn();
 }
 
 std::vector<Animation::Channel> Animation::getChannelArray() const
@@ -180,6 +181,7 @@ void Animation::addAnimation(const AnimationPtr& child)
     {
         m_childAnimations.push_back(child);
         rememberTarget(child);
+        m_revision.moveOn();
     }
 }
 
@@ -324,5 +326,10 @@ NodePtr Animation::getTargetNode() const
 void Animation::setTargetNode(const NodePtr& node)
 {
     m_targetNode = node;
+}
+
+const core::utils::Revision& Animation::getRevision() const
+{
+    return m_revision;
 }
 } // namespace velmoran::scene

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/utils/Revision.h"
 #include "scene/Export.h"
 #include "scene/Forward.h"
 
@@ -135,6 +136,10 @@ public:
     NodePtr getTargetNode() const;
     void setTargetNode(const NodePtr& node);
 
+    /// Moves on with every channel and child that is added; samplers, streams and
+    /// children have their own.
+    const core::utils::Revision& getRevision() const;
+
 private:
     void rememberTarget(const AnimationPtr& child);
 
@@ -144,6 +149,7 @@ private:
     std::vector<SamplerPtr> m_samplers; ///< none empty
     std::vector<Channel> m_channels;
     std::vector<AnimationPtr> m_childAnimations; ///< none empty
+    core::utils::Revision m_revision;
     int m_timeRange = 0;
     NodePtr m_targetNode;
 

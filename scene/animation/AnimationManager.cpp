@@ -4,6 +4,8 @@
 #include "core/logger/ConsoleWriter.h"
 #include "scene/animation/Animation.h"
 #include "scene/animation/AnimationWalk.h"
+#include "scene/animation/ChannelBinding.h"
+#include "scene/animation/ChannelNames.h"
 #include "scene/animation/PlaybackPlan.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
@@ -12,32 +14,13 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
-#include <cctype>
+#include <iterator>
 #include <unordered_set>
 #include <utility>
 
 namespace velmoran::scene
 {
-namespace
-{
-std::string toLower(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
-/// The code of `name`, or `other` when the table does not hold it.
-template <std::size_t N>
-int codeOf(const std::string& name, const std::pair<const char*, int> (&table)[N], int other)
-{
-    const auto* const found = std::find_if(std::begin(table), std::end(table),
-                                           [&name](const auto& row) { return name == row.first; });
-    return found == std::end(table) ? other : found->second;
-}
-} // namespace
-
-AnimationManager::AnimationManager()
+AnimationManager::AnimationManager() : m_warnings(std::make_unique<ChannelWarnings>(m_logger))
 {
     const auto writer = boost::make_shared<core::logger::ConsoleWriter>();
     writer->setDecorator(boost::make_shared<core::logger::BasicDecorator>());
@@ -64,7 +47,7 @@ void AnimationManager::attach(boost::shared_ptr<SceneManager> scene)
 void AnimationManager::setAnimation(const AnimationPtr& animation)
 {
     m_animation = animation;
-    m_plan.reset();
+    m_warnings->clear();
     m_loopDuration = animation ? animation->getDuration() : Duration();
     setUpAnimation(m_animation);
 }
@@ -154,16 +137,12 @@ float AnimationManager::interpolateBezier(float p0, float p1, float t0, float t1
 
 int AnimationManager::getInterpolationType(std::string name)
 {
-    static constexpr std::pair<const char*, int> CODES[] = {
-        {"step", 0}, {"linear", 1}, {"bezier", 2}, {"hermite", 3}, {"cardinal", 4}, {"bspline", 5}};
-    return codeOf(toLower(std::move(name)), CODES, 1);
+    return interpolationTypeOf(std::move(name));
 }
 
 int AnimationManager::indexOfCoordinateValue(std::string name)
 {
-    static constexpr std::pair<const char*, int> INDICES[] = {
-        {"x", 0}, {"y", 1}, {"z", 2}, {"w", 3}, {"angle", 3}};
-    return codeOf(toLower(std::move(name)), INDICES, -1);
+    return coordinateIndexOf(std::move(name));
 }
 
 // Targets

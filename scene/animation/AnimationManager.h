@@ -16,6 +16,7 @@
 
 namespace velmoran::scene
 {
+class ChannelWarnings;
 class PlaybackPlan;
 
 /// Plays one animation over a scene, and hosts keyframe editing and the animation
@@ -223,6 +224,10 @@ public:
     void addAnimationCamera();
 
 private:
+    bool movePlayhead(const Duration& elapsed);
+    bool writePoses(const SceneManagerPtr& scene);
+    PlaybackPlan& preparePlan(const SceneManager& scene);
+
     boost::weak_ptr<SceneManager> m_sceneManager;
     Duration m_currentTime;
     Duration m_loopDuration;
@@ -235,6 +240,8 @@ private:
     AnimationPtr m_animation;
     bool m_refresh = false; ///< evaluate once although the paused playhead stands
     core::logger::Logger m_logger;
-    std::unique_ptr<PlaybackPlan> m_plan; ///< of m_animation; made by the first evaluation
+    std::unique_ptr<ChannelWarnings> m_warnings; ///< writes to m_logger
+    std::unique_ptr<PlaybackPlan> m_plan; ///< of m_animation, refers to m_baseMatrices; made by
+                                          ///< the first evaluation
 };
 } // namespace velmoran::scene

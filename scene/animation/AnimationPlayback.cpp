@@ -1,13 +1,231 @@
-// placeholder until the evaluation stands
+// Turns of the worker, and evaluation, of `AnimationManager`.
+
+#include "scene/animation/Animation.h"
 #include "scene/animation/AnimationManager.h"
+#include "scene/animation/ChannelBinding.h"
 #include "scene/animation/PlaybackPlan.h"
+#include "scene/graph/Node.h"
+#include "scene/graph/PoseWriter.h"
+#include "scene/graph/TransformationValues.h"
+#include "scene/manager/SceneManager.h"
+
+#include <boost/make_shared.hpp>
+
+#include <algorithm>
+#include <utility>
 
 namespace velmoran::scene
 {
-bool AnimationManager::update(boost::posix_time::time_duration)
+namespace
 {
-    return false;
+using boost::posix_time::time_duration;
+
+/// `time` moved by `step` towards `target` and not beyond it.
+time_duration movedTowards(time_duration time, const time_duration& target,
+                           const time_duration& step)
+{
+    if (time < target)
+    {
+        time = std::min(time + step, target);
+    }
+    if (time > target)
+    {
+        time = std::max(time - step, target);
+    }
+    return time < boost::posix_time::microseconds(-999) ? time_duration() : time;
 }
-void AnimationManager::setUpAnimation(const AnimationPtr&) {}
-void AnimationManager::playAnimation(const AnimationPtr&, EvaluatedTransformations&) {}
+
+/// The moment at which channels are evaluated, in seconds: whole milliseconds.
+float evaluationTime(const time_duration& time)
+{
+    return static_cast<float>(static_cast<double>(time.total_milliseconds()) / 1000.0);
+}
+
+/// The product of the first `count` transformations of a list.
+Eigen::Matrix4f productOfFirst(const std::vector<ITransformationPtr>& list, std::size_t count)
+{
+    Eigen::Matrix4f product = Eigen::Matrix4f::Identity();
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        product *= matrixOf(valuesOf(*list[i]));
+    }
+    return product;
+}
+
+/// The local matrix of a node without its scale.
+Eigen::Matrix4f matrixOn(const Eigen::Matrix4f* base, const EvaluatedPose& pose)
+{
+    return base != nullptr ? Eigen::Matrix4f(*base * pose.matrix) : pose.matrix;
+}
+
+Eigen::Matrix4f translationOf(const EvaluatedPose& pose)
+{
+    Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
+    matrix.topRightCorner<3, 1>() = pose.matrix.topRightCorner<3, 1>();
+    return matrix;
+}
+
+Eigen::Matrix4f rotationOf(const EvaluatedPose& pose)
+{
+    Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
+    matrix.topLeftCorner<3, 3>() = pose.matrix.topLeftCorner<3, 3>();
+    return matrix;
+}
+
+Eigen::Matrix4f scaleOf(const EvaluatedPose& pose)
+{
+    Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
+    matrix.diagonal().head<3>() = pose.scale;
+    return matrix;
+}
+} // namespace
+
+bool AnimationManager::update(time_duration elapsed)
+{
+    // The animation comes first: until one is set, `attach` may be going on.
+    const SceneManagerPtr scene = m_animation ? m_sceneManager.lock() : SceneManagerPtr();
+    if (!scene || !movePlayhead(elapsed.is_special() ? time_duration() : elapsed))
+    {
+        return false;
+    }
+    return writePoses(scene);
+}
+
+/// Whether there is anything to evaluate at the new place.
+bool AnimationManager::movePlayhead(const time_duration& elapsed)
+{
+    bool stands = false;
+    if (!m_paused)
+    {
+        m_currentTime += elapsed;
+        m_currentTime -= m_currentTime >= m_loopDuration ? m_loopDuration : time_duration();
+    }
+    else
+    {
+        stands = m_currentTime.total_milliseconds() == m_timeTarget.total_milliseconds();
+        m_currentTime =
+            m_smooth ? movedTowards(m_currentTime, m_timeTarget, elapsed) : m_timeTarget;
+    }
+    if (stands && !std::exchange(m_refresh, false))
+    {
+        return false;
+    }
+    m_refresh = false;
+    if (m_currentTime >= m_loopDuration)
+    {
+        m_currentTime = m_loopDuration;
+        return false;
+    }
+    return true;
+}
+
+/// Whether any node was written.
+bool AnimationManager::writePoses(const SceneManagerPtr& scene)
+{
+    PlaybackPlan& plan = preparePlan(*scene);
+    const PoseWriter writer(scene);
+    const float time = evaluationTime(m_currentTime);
+
+    // While a node that somebody listens to is written, handlers may change the scene and
+    // this manager: what is left then is written from here.
+    struct Pose
+    {
+        NodePtr node;
+        Eigen::Matrix4f matrix;
+        Eigen::Vector3f scale;
+    };
+    std::vector<Pose> heard;
+    bool written = false;
+    plan.evaluate(time,
+                  [&](const PlaybackPlan::Evaluated& evaluated)
+                  {
+                      const Eigen::Matrix4f matrix = matrixOn(evaluated.base, evaluated.pose);
+                      const Eigen::Vector3f& scale = evaluated.pose.scale;
+                      if (!matrix.allFinite() || !scale.allFinite())
+                      {
+                          return;
+                      }
+                      written = true;
+                      if (writer.isSilentFor(evaluated.node))
+                      {
+                          writer.write(evaluated.node, matrix, scale);
+                      }
+                      else
+                      {
+                          heard.push_back({evaluated.node.shared_from_this(), matrix, scale});
+                      }
+                  });
+    for (const Pose& pose : heard)
+    {
+        writer.write(*pose.node, pose.matrix, pose.scale);
+    }
+    return written;
+}
+
+/// The plan of the current animation, which is not empty, for the scene as it is now.
+PlaybackPlan& AnimationManager::preparePlan(const SceneManager& scene)
+{
+    if (!m_plan)
+    {
+        m_plan = std::make_unique<PlaybackPlan>(m_animation);
+    }
+    m_plan->update(scene, m_baseMatrices, *m_warnings);
+    return *m_plan;
+}
+
+void AnimationManager::setUpAnimation(const AnimationPtr& animation)
+{
+    m_plan.reset(); // it refers to the base matrices
+    m_targetedTransformations.clear();
+    m_baseMatrices.clear();
+    const SceneManagerPtr scene = m_sceneManager.lock();
+    if (!animation || !scene)
+    {
+        return;
+    }
+    ChannelBinder binder(*scene, {}, nullptr);
+    binder.bind(*animation);
+    for (const auto& [node, channels] : binder.getBindings())
+    {
+        std::vector<std::string>& sids = m_targetedTransformations[node];
+        for (const ChannelBinding& channel : channels)
+        {
+            if (std::find(sids.begin(), sids.end(), channel.sid) == sids.end())
+            {
+                sids.push_back(channel.sid);
+            }
+        }
+        if (isDrivenByMatrix(channels) && channels.front().entry != 0)
+        {
+            m_baseMatrices[node] =
+                productOfFirst(node->getOriginalTransformations(), channels.front().entry);
+        }
+    }
+}
+
+void AnimationManager::playAnimation(const AnimationPtr& animation, EvaluatedTransformations& out)
+{
+    const SceneManagerPtr scene = m_sceneManager.lock();
+    if (!animation || !scene)
+    {
+        return;
+    }
+    std::unique_ptr<PlaybackPlan> other;
+    if (animation != m_animation)
+    {
+        other = std::make_unique<PlaybackPlan>(animation);
+        other->update(*scene, m_baseMatrices, *m_warnings);
+    }
+    PlaybackPlan& plan = other ? *other : preparePlan(*scene);
+    plan.evaluate(evaluationTime(m_currentTime),
+                  [&out](const PlaybackPlan::Evaluated& evaluated)
+                  {
+                      const EvaluatedPose& pose = evaluated.pose;
+                      if (pose.isFinite())
+                      {
+                          out[evaluated.node.shared_from_this()] = {
+                              translationOf(pose), rotationOf(pose), scaleOf(pose)};
+                      }
+                  });
+}
 } // namespace velmoran::scene

@@ -42,6 +42,7 @@ void Sampler::addInput(const std::string& semanticName, const StreamPtr& stream)
     {
         m_semantics.push_back(semanticFromName(semanticName));
         m_inputs.push_back(stream);
+        m_revision.moveOn();
     }
 }
 
@@ -58,5 +59,10 @@ StreamPtr Sampler::getStreamBySemantic(Semantic semantic) const
         return StreamPtr();
     }
     return m_inputs[static_cast<std::size_t>(found - m_semantics.begin())];
+}
+
+const core::utils::Revision& Sampler::getRevision() const
+{
+    return m_revision;
 }
 } // namespace velmoran::scene

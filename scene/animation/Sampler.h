@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/utils/Revision.h"
 #include "scene/Export.h"
 #include "scene/Forward.h"
 
@@ -44,9 +45,13 @@ public:
     /// The stream of the first input with this role; empty when there is none.
     StreamPtr getStreamBySemantic(Semantic semantic) const;
 
+    /// Moves on with every input that is added; the streams have their own.
+    const core::utils::Revision& getRevision() const;
+
 private:
     std::string m_id;
     std::vector<Semantic> m_semantics; ///< one for each input
     std::vector<StreamPtr> m_inputs;   ///< parallel to m_semantics, none empty
+    core::utils::Revision m_revision;
 };
 } // namespace velmoran::scene

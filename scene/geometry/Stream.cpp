@@ -133,6 +133,7 @@ int Stream::append(const float* values, std::size_t index)
         m_data.insert(m_data.end(), values, values + width);
     }
     m_count += m_count < std::numeric_limits<int>::max() ? 1 : 0;
+    m_revision.moveOn();
     return static_cast<int>(index);
 }
 
@@ -273,6 +274,7 @@ void Stream::setStride(int stride)
 {
     m_stride = stride;
     dropIndex();
+    m_revision.moveOn();
 }
 
 int Stream::getCount() const
@@ -283,6 +285,7 @@ int Stream::getCount() const
 void Stream::setCount(int count)
 {
     m_count = count;
+    m_revision.moveOn();
 }
 
 bool Stream::getAllowDuplicates() const
@@ -293,6 +296,7 @@ bool Stream::getAllowDuplicates() const
 void Stream::setAllowDuplicates(bool allowDuplicates)
 {
     m_allowDuplicates = allowDuplicates;
+    m_revision.moveOn();
 }
 
 const std::vector<float>& Stream::getData() const
@@ -304,11 +308,13 @@ void Stream::setData(std::vector<float> data)
 {
     m_data = std::move(data);
     dropIndex();
+    m_revision.moveOn();
 }
 
 std::vector<float>& Stream::mutableData()
 {
     dropIndex();
+    m_revision.moveOn();
     return m_data;
 }
 
@@ -320,6 +326,7 @@ const std::vector<Stream::Param>& Stream::getParamList() const
 void Stream::addParam(const std::string& name, const std::string& type)
 {
     m_paramList.emplace_back(name, type);
+    m_revision.moveOn();
 }
 
 const std::vector<std::string>& Stream::getNameList() const
@@ -330,10 +337,17 @@ const std::vector<std::string>& Stream::getNameList() const
 void Stream::addName(const std::string& name)
 {
     m_nameList.push_back(name);
+    m_revision.moveOn();
 }
 
 void Stream::setNameList(std::vector<std::string> names)
 {
     m_nameList = std::move(names);
+    m_revision.moveOn();
+}
+
+const core::utils::Revision& Stream::getRevision() const
+{
+    return m_revision;
 }
 } // namespace velmoran::scene

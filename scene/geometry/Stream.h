@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/utils/Revision.h"
 #include "scene/Export.h"
 #include "scene/Forward.h"
 
@@ -71,9 +72,10 @@ public:
     /// Replaces all floats; the count stays as it is.
     void setData(std::vector<float> data);
 
-    /// The floats for editing in place; the next insertion sees what was written.
-    /// Do not write through the reference any more after a later `insertValue`: ask
-    /// again.
+    /// The floats for editing in place; the next insertion and the next turn of a player
+    /// of animations see what was written. Do not write through the reference any more
+    /// after such an insertion or turn: ask again. (A player notices the call, not the
+    /// writing.)
     std::vector<float>& mutableData();
 
     // Description of the source, which the library only keeps for readers and writers.
@@ -85,6 +87,9 @@ public:
     const std::vector<std::string>& getNameList() const;
     void addName(const std::string& name);
     void setNameList(std::vector<std::string> names);
+
+    /// Moves on with every change of anything above but the ID.
+    const core::utils::Revision& getRevision() const;
 
 private:
     std::size_t getTupleCount() const;
@@ -115,5 +120,7 @@ private:
     std::vector<std::uint32_t> m_slots; ///< 2^m_slotBits, 0 where free; none: not built
     unsigned int m_slotBits;
     std::size_t m_indexedTuples;
+
+    core::utils::Revision m_revision;
 };
 } // namespace velmoran::scene

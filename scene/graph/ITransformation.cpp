@@ -10,8 +10,7 @@ ITransformation::ITransformation(const ITransformation& other) : m_sid(other.m_s
 
 ITransformation& ITransformation::operator=(const ITransformation& other)
 {
-    m_sid = other.m_sid;
-    markUpdated();
+    ITransformation::setSid(other.m_sid);
     return *this;
 }
 
@@ -25,12 +24,18 @@ bool ITransformation::updated()
 void ITransformation::setSid(std::string sid)
 {
     m_sid = std::move(sid);
+    m_sidRevision.moveOn();
     markUpdated();
 }
 
 std::string ITransformation::getSid() const
 {
     return m_sid;
+}
+
+const core::utils::Revision& ITransformation::getSidRevision() const
+{
+    return m_sidRevision;
 }
 
 void ITransformation::markUpdated()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/utils/Revision.h"
 #include "core/utils/Vector.h"
 #include "scene/Export.h"
 #include "scene/Forward.h"
@@ -36,6 +37,7 @@ public:
     virtual bool updated();
 
     /// Sets the identifier by which animation channels find this element in its node.
+    /// A class that overrides this calls it, so that players notice the change.
     virtual void setSid(std::string sid);
 
     /// The scoped identifier; empty unless set.
@@ -45,6 +47,9 @@ public:
     virtual ITransformationPtr clone() const = 0;
 
     virtual ~ITransformation();
+
+    /// Moves on when the SID is set.
+    const core::utils::Revision& getSidRevision() const;
 
 protected:
     ITransformation();
@@ -57,6 +62,7 @@ protected:
 
 private:
     std::string m_sid;
+    core::utils::Revision m_sidRevision;
     bool m_updated = true;
 };
 } // namespace velmoran::scene

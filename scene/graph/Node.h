@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Forward.h"
+#include "core/utils/Revision.h"
 #include "scene/Export.h"
 #include "scene/Forward.h"
 #include "scene/graph/ISceneContext.h"
@@ -237,6 +238,10 @@ public:
     /// in it are left out.
     void setOriginalTransformations(const std::vector<ITransformationPtr>& transformations);
 
+    /// Moves on when elements are added to the list or it is replaced; the elements
+    /// themselves say whether they changed.
+    const core::utils::Revision& getListRevision() const;
+
     /// Recomputes the local matrix from T, R and S, then raises
     /// "NodeTransformationUpdate" and "SceneUpdate". Children raise nothing.
     void triggerTransformationUpdate();
@@ -262,11 +267,14 @@ public:
     const TreeRevisionPtr& getTreeRevision() const;
 
 private:
+    friend class PoseWriter;
+
     struct WithID
     {
     };
     Node(WithID, const boost::shared_ptr<ISceneContext>& scene, const std::string& id);
 
+    void assignTransformations(const Eigen::Matrix4f& matrix);
     void updateLocalMatrix();
     void noteTreeChange();
     static unsigned int takeNumber();
@@ -295,5 +303,6 @@ private:
     Eigen::Transform<float, 3, Eigen::Affine> m_rotation;
     Eigen::Matrix4f m_transformations; ///< local matrix, column-major
     std::vector<ITransformationPtr> m_originalTransformations;
+    core::utils::Revision m_listRevision;
 };
 } // namespace velmoran::scene

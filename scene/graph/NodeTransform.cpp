@@ -4,6 +4,7 @@
 #include "scene/graph/ITransformation.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeWalk.h"
+#include "scene/graph/TransformParts.h"
 #include "scene/graph/TransformationFolding.h"
 
 #include <boost/container/small_vector.hpp>
@@ -16,17 +17,6 @@ namespace
 {
 using core::event::Event;
 using core::event::EventManagerPtr;
-
-/// `matrix` with each column scaled to unit length; a column of zeros stays.
-Eigen::Matrix3f withUnitColumns(const Eigen::Matrix3f& matrix)
-{
-    Eigen::Matrix3f result = matrix;
-    for (int column = 0; column < 3; ++column)
-    {
-        result.col(column).stableNormalize();
-    }
-    return result;
-}
 
 /// Calls `visit` with every node from the root down to `node`. A loop: chains are
 /// as long as a document makes them.
@@ -133,10 +123,15 @@ void Node::setTransformations(const Eigen::Translation<float, 3>& translation,
 
 void Node::setTransformations(const Eigen::Matrix4f& matrix)
 {
+    assignTransformations(matrix);
+    triggerTransformationUpdate();
+}
+
+void Node::assignTransformations(const Eigen::Matrix4f& matrix)
+{
     m_translation = matrix.block<3, 1>(0, 3);
     m_rotation.setIdentity();
     m_rotation.linear() = withUnitColumns(matrix.block<3, 3>(0, 0));
-    triggerTransformationUpdate();
 }
 
 void Node::addTransformation(const Eigen::Matrix4f& matrix)
@@ -155,6 +150,7 @@ void Node::addTransformation(const ITransformationPtr& transformation)
         const ITransformationPtr kept = transformation;
         foldTransformation(*this, *kept);
         m_originalTransformations.push_back(kept);
+        m_listRevision.moveOn();
     }
 }
 
@@ -230,6 +226,12 @@ void Node::setOriginalTransformations(const std::vector<ITransformationPtr>& tra
     std::copy_if(transformations.begin(), transformations.end(), std::back_inserter(kept),
                  [](const ITransformationPtr& t) { return static_cast<bool>(t); });
     m_originalTransformations.swap(kept);
+    m_listRevision.moveOn();
+}
+
+const core::utils::Revision& Node::getListRevision() const
+{
+    return m_listRevision;
 }
 
 void Node::triggerTransformationUpdate()
@@ -255,8 +257,7 @@ void Node::triggerTransformationUpdate()
 
 void Node::updateLocalMatrix()
 {
-    m_transformations.setIdentity();
-    m_transformations.block<3, 3>(0, 0) = m_rotation.linear() * m_scale.asDiagonal();
-    m_transformations.block<3, 1>(0, 3) = m_translation + m_rotation.translation();
+    m_transformations =
+        composeTransform(m_translation + m_rotation.translation(), m_rotation.linear(), m_scale);
 }
 } // namespace velmoran::scene

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "scene/Export.h"
+
+#include <cstddef>
+#include <vector>
+
+namespace velmoran::scene
+{
+/// The times of a channel's keys in seconds, and the search for those around a moment.
+///
+/// Works on any times: unsorted, repeated, NaN. Threads: a search writes nothing but the
+/// caller's cursor.
+class VELMORAN_SCENE_EXPORT KeyTimes
+{
+public:
+    /// The keys around a moment.
+    struct Segment
+    {
+        std::size_t first;  ///< the key before `second`; 0 when that is 0
+        std::size_t second; ///< the first key that is not earlier than the moment
+        float u;            ///< from 0 at `first` to 1; 0 when both times are the same
+    };
+
+    KeyTimes() = default;
+    explicit KeyTimes(std::vector<float> times);
+
+    std::size_t size() const { return m_times.size(); }
+
+    /// Finds the first key whose time is not earlier than `time`; false when there is
+    /// none. `cursor` is where this caller's last search ended, 0 at first; any value is
+    /// fine. Constant when the moment has hardly moved, else logarithmic.
+    bool find(float time, std::size_t& cursor, Segment& segment) const;
+
+private:
+    bool isFirstReaching(std::size_t index, float time) const;
+
+    std::vector<float> m_times;
+    std::vector<float> m_reach; ///< the greatest time up to each key: rises, reaches a
+                                ///< moment first where m_times does
+};
+
+inline bool KeyTimes::isFirstReaching(std::size_t index, float time) const
+{
+    return index < m_reach.size() && m_reach[index] >= time &&
+           (index == 0 || m_reach[index - 1] < time);
+}
+} // namespace velmoran::scene
