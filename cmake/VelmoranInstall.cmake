@@ -14,11 +14,14 @@ set(velmoran_private_headers
     scene/animation/ChannelBinding.h
     scene/animation/ChannelNames.h
     scene/animation/ChannelTarget.h
+    scene/animation/EvaluatedPose.h
+    scene/animation/KeyClock.h
     scene/animation/KeyTimes.h
     scene/animation/KeyframeEditing.h
     scene/animation/ListTrack.h
     scene/animation/MatrixKeys.h
     scene/animation/PlaybackPlan.h
+    scene/animation/PoseLanes.h
     scene/animation/RevisionStamp.h
     scene/animation/SamplerKeys.h
     scene/geometry/CornerWriter.h

@@ -226,7 +226,7 @@ public:
 private:
     bool movePlayhead(const Duration& elapsed);
     bool writePoses(const SceneManagerPtr& scene);
-    PlaybackPlan& preparePlan(const SceneManager& scene);
+    PlaybackPlan& preparePlan(const SceneManagerPtr& scene);
 
     boost::weak_ptr<SceneManager> m_sceneManager;
     Duration m_currentTime;

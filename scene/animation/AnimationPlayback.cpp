@@ -6,6 +6,7 @@
 #include "scene/animation/PlaybackPlan.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/PoseWriter.h"
+#include "scene/graph/TransformParts.h"
 #include "scene/graph/TransformationValues.h"
 #include "scene/manager/SceneManager.h"
 
@@ -52,10 +53,23 @@ Eigen::Matrix4f productOfFirst(const std::vector<ITransformationPtr>& list, std:
     return product;
 }
 
-/// The local matrix of a node without its scale.
-Eigen::Matrix4f matrixOn(const Eigen::Matrix4f* base, const EvaluatedPose& pose)
+/// A pose to be written into a node that others hear of.
+struct HeardPose
 {
-    return base != nullptr ? Eigen::Matrix4f(*base * pose.matrix) : pose.matrix;
+    std::size_t place; ///< in the order of the nodes' handles
+    NodePtr node;
+    EvaluatedPose pose;
+};
+
+void putOnBase(EvaluatedPose& pose, const Eigen::Matrix4f* base)
+{
+    if (base != nullptr)
+    {
+        const Eigen::Matrix4f matrix = *base * pose.matrix;
+        pose.matrix = composeTransform(matrix.topRightCorner<3, 1>(),
+                                       withUnitColumns(matrix.topLeftCorner<3, 3>()),
+                                       Eigen::Vector3f::Ones());
+    }
 }
 
 Eigen::Matrix4f translationOf(const EvaluatedPose& pose)
@@ -75,7 +89,7 @@ Eigen::Matrix4f rotationOf(const EvaluatedPose& pose)
 Eigen::Matrix4f scaleOf(const EvaluatedPose& pose)
 {
     Eigen::Matrix4f matrix = Eigen::Matrix4f::Identity();
-    matrix.diagonal().head<3>() = pose.scale;
+    matrix.diagonal().head<3>() = pose.scale.head<3>();
     return matrix;
 }
 } // namespace
@@ -122,48 +136,42 @@ bool AnimationManager::movePlayhead(const time_duration& elapsed)
 /// Whether any node was written.
 bool AnimationManager::writePoses(const SceneManagerPtr& scene)
 {
-    PlaybackPlan& plan = preparePlan(*scene);
+    PlaybackPlan& plan = preparePlan(scene);
     const PoseWriter writer(scene);
-    const float time = evaluationTime(m_currentTime);
 
     // While a node that somebody listens to is written, handlers may change the scene and
     // this manager: what is left then is written from here.
-    struct Pose
-    {
-        NodePtr node;
-        Eigen::Matrix4f matrix;
-        Eigen::Vector3f scale;
-    };
-    std::vector<Pose> heard;
+    std::vector<HeardPose> heard;
     bool written = false;
-    plan.evaluate(time,
-                  [&](const PlaybackPlan::Evaluated& evaluated)
+    plan.evaluate(evaluationTime(m_currentTime),
+                  [&](const PlaybackPlan::Driven& driven, EvaluatedPose& pose)
                   {
-                      const Eigen::Matrix4f matrix = matrixOn(evaluated.base, evaluated.pose);
-                      const Eigen::Vector3f& scale = evaluated.pose.scale;
-                      if (!matrix.allFinite() || !scale.allFinite())
+                      putOnBase(pose, driven.base);
+                      if (!pose.isFinite())
                       {
                           return;
                       }
                       written = true;
-                      if (writer.isSilentFor(evaluated.node))
+                      if (writer.isSilent() && driven.ofScene)
                       {
-                          writer.write(evaluated.node, matrix, scale);
+                          PoseWriter::writeSilently(*driven.node, pose.matrix, pose.scale);
                       }
                       else
                       {
-                          heard.push_back({evaluated.node.shared_from_this(), matrix, scale});
+                          heard.push_back({driven.place, driven.node->shared_from_this(), pose});
                       }
                   });
-    for (const Pose& pose : heard)
+    std::sort(heard.begin(), heard.end(),
+              [](const HeardPose& a, const HeardPose& b) { return a.place < b.place; });
+    for (const HeardPose& entry : heard)
     {
-        writer.write(*pose.node, pose.matrix, pose.scale);
+        PoseWriter::write(*entry.node, entry.pose.matrix, entry.pose.scale.head<3>());
     }
     return written;
 }
 
 /// The plan of the current animation, which is not empty, for the scene as it is now.
-PlaybackPlan& AnimationManager::preparePlan(const SceneManager& scene)
+PlaybackPlan& AnimationManager::preparePlan(const SceneManagerPtr& scene)
 {
     if (!m_plan)
     {
@@ -214,17 +222,16 @@ void AnimationManager::playAnimation(const AnimationPtr& animation, EvaluatedTra
     if (animation != m_animation)
     {
         other = std::make_unique<PlaybackPlan>(animation);
-        other->update(*scene, m_baseMatrices, *m_warnings);
+        other->update(scene, m_baseMatrices, *m_warnings);
     }
-    PlaybackPlan& plan = other ? *other : preparePlan(*scene);
+    PlaybackPlan& plan = other ? *other : preparePlan(scene);
     plan.evaluate(evaluationTime(m_currentTime),
-                  [&out](const PlaybackPlan::Evaluated& evaluated)
+                  [&out](const PlaybackPlan::Driven& driven, const EvaluatedPose& pose)
                   {
-                      const EvaluatedPose& pose = evaluated.pose;
                       if (pose.isFinite())
                       {
-                          out[evaluated.node.shared_from_this()] = {
-                              translationOf(pose), rotationOf(pose), scaleOf(pose)};
+                          out[driven.node->shared_from_this()] = {translationOf(pose),
+                                                                  rotationOf(pose), scaleOf(pose)};
                       }
                   });
 }

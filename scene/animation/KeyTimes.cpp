@@ -1,13 +1,24 @@
 #include "scene/animation/KeyTimes.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstring>
+#include <functional>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 namespace velmoran::scene
 {
-KeyTimes::KeyTimes(std::vector<float> times) : m_times(std::move(times))
+namespace
+{
+std::string_view bytesOf(const std::vector<float>& floats)
+{
+    return {reinterpret_cast<const char*>(floats.data()), floats.size() * sizeof(float)};
+}
+} // namespace
+
+KeyTimes::KeyTimes(std::vector<float> times)
+    : m_times(std::move(times)), m_hash(std::hash<std::string_view>()(bytesOf(m_times)))
 {
     m_reach.reserve(m_times.size());
     float greatest = -std::numeric_limits<float>::infinity();
@@ -16,6 +27,11 @@ KeyTimes::KeyTimes(std::vector<float> times) : m_times(std::move(times))
         greatest = time > greatest ? time : greatest; // a NaN reaches nothing
         m_reach.push_back(greatest);
     }
+}
+
+bool KeyTimes::isSameAs(const KeyTimes& other) const
+{
+    return bytesOf(m_times) == bytesOf(other.m_times);
 }
 
 bool KeyTimes::find(float time, std::size_t& cursor, Segment& segment) const
@@ -37,8 +53,14 @@ bool KeyTimes::find(float time, std::size_t& cursor, Segment& segment) const
     segment.first = cursor == 0 ? 0 : cursor - 1;
     const float start = m_times[segment.first];
     const float length = m_times[segment.second] - start;
-    const bool hasLength = segment.first != segment.second && length != 0.0F;
+    const bool hasLength = cursor != 0 && length != 0.0F;
     segment.u = hasLength ? (time - start) / length : 0.0F;
     return true;
+}
+
+bool KeyTimes::isFirstReaching(std::size_t index, float time) const
+{
+    return index < m_reach.size() && m_reach[index] >= time &&
+           (index == 0 || m_reach[index - 1] < time);
 }
 } // namespace velmoran::scene

@@ -27,10 +27,19 @@ public:
 
     std::size_t size() const { return m_times.size(); }
 
+    /// Whether all times are the same, bit by bit.
+    bool isSameAs(const KeyTimes& other) const;
+
+    /// The same for the same times.
+    std::size_t getHash() const { return m_hash; }
+
     /// Finds the first key whose time is not earlier than `time`; false when there is
     /// none. `cursor` is where this caller's last search ended, 0 at first; any value is
     /// fine. Constant when the moment has hardly moved, else logarithmic.
     bool find(float time, std::size_t& cursor, Segment& segment) const;
+
+    /// The segment that is nothing but the last key; there must be one.
+    Segment last() const { return {size() - 1, size() - 1, 0.0F}; }
 
 private:
     bool isFirstReaching(std::size_t index, float time) const;
@@ -38,11 +47,6 @@ private:
     std::vector<float> m_times;
     std::vector<float> m_reach; ///< the greatest time up to each key: rises, reaches a
                                 ///< moment first where m_times does
+    std::size_t m_hash = 0;
 };
-
-inline bool KeyTimes::isFirstReaching(std::size_t index, float time) const
-{
-    return index < m_reach.size() && m_reach[index] >= time &&
-           (index == 0 || m_reach[index - 1] < time);
-}
 } // namespace velmoran::scene

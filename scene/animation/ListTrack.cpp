@@ -1,51 +1,59 @@
 #include "scene/animation/ListTrack.h"
 
+#include "scene/animation/MatrixKeys.h"
 #include "scene/animation/SamplerKeys.h"
 #include "scene/graph/TransformParts.h"
 #include "scene/graph/TransformationValues.h"
 
+#include <algorithm>
+
 namespace velmoran::scene
 {
-bool ListTrack::put(float time, TransformationValues& values)
+void ListTrack::put(const KeyMoment& moment, TransformationValues& values) const
 {
+    EvaluatedPose pose;
+    if (moment.state == KeyMoment::NO_KEYS)
+    {
+        return;
+    }
     if (matrices == nullptr)
     {
-        float* const numbers = &values.floats[first];
-        return keys->evaluate(time, cursor, count, numbers) ||
-               (keys->evaluateAfterEnd(time, count, numbers), false);
+        keys->evaluate(moment.segment, count, &values.floats[first]);
     }
-    EvaluatedPose pose;
-    const bool hasValue = matrices->evaluate(time, cursor, pose);
-    if (hasValue || matrices->evaluateAfterEnd(time, pose))
+    else if (matrices->evaluate(moment.segment, pose))
     {
         const Eigen::Matrix3f rotation = pose.matrix.topLeftCorner<3, 3>();
         Eigen::Map<Eigen::Matrix4f>(values.floats.data()) =
-            composeTransform(pose.matrix.topRightCorner<3, 1>(), rotation, pose.scale);
+            composeTransform(pose.matrix.topRightCorner<3, 1>(), rotation, pose.scale.head<3>());
     }
-    return hasValue;
 }
 
-bool evaluateList(const std::vector<ITransformationPtr>& list, ListTrack* begin, ListTrack* end,
-                  float time, EvaluatedPose& pose)
+bool evaluateList(const std::vector<ITransformationPtr>& list, const ListTrack* begin,
+                  const ListTrack* end, const std::vector<KeyClock>& clocks, EvaluatedPose& pose)
 {
-    bool hasValue = false;
+    const auto momentOf = [&clocks](const ListTrack& track) -> const KeyMoment&
+    { return clocks[track.clock].getMoment(); };
+    if (std::none_of(begin, end,
+                     [&](const ListTrack& track)
+                     { return momentOf(track).state == KeyMoment::WITHIN; }))
+    {
+        return false;
+    }
     Eigen::Matrix4f product = Eigen::Matrix4f::Identity();
-    ListTrack* track = begin;
+    const ListTrack* track = begin;
     for (std::size_t entry = 0; entry < list.size(); ++entry)
     {
         TransformationValues values = valuesOf(*list[entry]);
         for (; track != end && track->entry == entry; ++track)
         {
-            hasValue = track->put(time, values) || hasValue;
+            track->put(momentOf(*track), values);
         }
         product *= matrixOf(values);
     }
-    if (hasValue)
-    {
-        const TransformParts parts = splitTransform(product);
-        pose.matrix = composeTransform(parts.translation, parts.rotation, Eigen::Vector3f::Ones());
-        pose.scale = parts.scaling.diagonal();
-    }
-    return hasValue;
+    const TransformParts parts = splitTransform(product);
+    pose.matrix = composeTransform(parts.translation, withUnitColumns(parts.rotation),
+                                   Eigen::Vector3f::Ones());
+    pose.scale << parts.scaling.diagonal(), 0.0F;
+    return true;
 }
 } // namespace velmoran::scene

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace velmoran::scene
 {
@@ -14,14 +15,31 @@ namespace
 {
 using RowMatrix = Eigen::Matrix<float, 4, 4, Eigen::RowMajor>;
 
-constexpr std::size_t MATRIX_SIZE = 16;
-
-/// From here to the end of a segment, the end is taken.
-constexpr float SNAP = 0.99F;
-
 Eigen::Vector4f withZero(const Eigen::Vector3f& vector)
 {
     return Eigen::Vector4f(vector.x(), vector.y(), vector.z(), 0.0F);
+}
+
+MatrixKey splitKey(const Eigen::Matrix4f& matrix)
+{
+    const TransformParts parts = splitTransform(matrix);
+    MatrixKey key;
+    key.rotation = Eigen::Quaternionf(parts.rotation).normalized().coeffs();
+    key.translation = withZero(parts.translation);
+    key.scale = withZero(columnLengths(matrix.topLeftCorner<3, 3>()));
+    return key;
+}
+
+void connect(MatrixKey& key, const MatrixKey& next)
+{
+    const float dot = key.rotation.dot(next.rotation);
+    const float similarity = std::abs(dot);
+    key.sign = dot < 0.0F ? -1.0F : 1.0F;
+    if (similarity < 1.0F - std::numeric_limits<float>::epsilon())
+    {
+        key.angle = std::acos(similarity);
+        key.inverseSine = 1.0F / std::sin(key.angle);
+    }
 }
 
 /// The pose whose T * R * S is the key's matrix, sheared or mirrored as it may be. A
@@ -39,20 +57,21 @@ EvaluatedPose poseAsIs(const Eigen::Matrix4f& key)
         }
     }
     const Eigen::Vector3f translation = key.topRightCorner<3, 1>();
-    return {composeTransform(translation, directions, Eigen::Vector3f::Ones()), lengths};
+    return {composeTransform(translation, directions, Eigen::Vector3f::Ones()), withZero(lengths)};
 }
 } // namespace
 
-MatrixKeys::MatrixKeys(const KeyTimes& times, const std::vector<float>& values, std::size_t stride,
-                       const std::vector<char>& steps)
-    : m_times(times), m_steps(steps)
+MatrixKeys::MatrixKeys(const std::vector<float>& values, std::size_t stride,
+                       std::vector<char> steps)
+    : m_steps(std::move(steps))
 {
-    const bool hasSteps = std::any_of(steps.begin(), steps.end(), [](char s) { return s != 0; });
-    const std::size_t count = std::min(times.size(), values.size() / stride);
+    const bool hasSteps =
+        std::any_of(m_steps.begin(), m_steps.end(), [](char step) { return step != 0; });
+    const std::size_t count = values.size() / stride;
     m_keys.reserve(count);
+    m_asIs.reserve(hasSteps ? count : 0);
     for (std::size_t i = 0; i < count; ++i)
     {
-        static_assert(MATRIX_SIZE == RowMatrix::SizeAtCompileTime);
         const Eigen::Matrix4f matrix = Eigen::Map<const RowMatrix>(&values[i * stride]);
         m_keys.push_back(splitKey(matrix));
         if (i != 0)
@@ -66,76 +85,22 @@ MatrixKeys::MatrixKeys(const KeyTimes& times, const std::vector<float>& values, 
     }
 }
 
-bool MatrixKeys::evaluate(float time, std::size_t& cursor, EvaluatedPose& pose) const
+bool MatrixKeys::evaluate(const KeyTimes::Segment& segment, EvaluatedPose& pose) const
 {
-    KeyTimes::Segment segment{};
-    if (!m_times.find(time, cursor, segment) || segment.second >= m_keys.size())
-    {
-        return false;
-    }
-    if (!m_asIs.empty() && segment.first < m_steps.size() && m_steps[segment.first] != 0)
+    const bool holds = !m_asIs.empty() && segment.first < m_steps.size() &&
+                       m_steps[segment.first] != 0 && segment.second < m_asIs.size();
+    if (holds)
     {
         pose = m_asIs[segment.first];
         return true;
     }
-    const bool atEnd = segment.u > SNAP;
-    interpolate(m_keys[atEnd ? segment.second : segment.first], m_keys[segment.second],
-                atEnd ? 0.0F : segment.u, pose);
-    return true;
-}
-
-bool MatrixKeys::evaluateAfterEnd(float time, EvaluatedPose& pose) const
-{
-    std::size_t cursor = m_times.size();
-    KeyTimes::Segment segment{};
-    if (m_times.size() == 0 || m_times.find(time, cursor, segment) ||
-        m_times.size() > m_keys.size())
+    PoseLanes lanes;
+    if (!set(lanes, 0, segment))
     {
         return false;
     }
-    interpolate(m_keys.back(), m_keys.back(), 0.0F, pose);
+    lanes.compute(1);
+    pose = lanes.pose(0);
     return true;
-}
-
-MatrixKeys::Key MatrixKeys::splitKey(const Eigen::Matrix4f& matrix)
-{
-    const TransformParts parts = splitTransform(matrix);
-    const Eigen::Quaternionf rotation(parts.rotation);
-    const Eigen::Matrix3f linear = matrix.topLeftCorner<3, 3>();
-    Key key;
-    key.rotation = rotation.normalized().coeffs();
-    key.translation = withZero(parts.translation);
-    key.scale = withZero(columnLengths(linear));
-    return key;
-}
-
-void MatrixKeys::connect(Key& key, const Key& next)
-{
-    const float dot = key.rotation.dot(next.rotation);
-    const float similarity = std::abs(dot);
-    key.sign = dot < 0.0F ? -1.0F : 1.0F;
-    if (similarity < 1.0F - std::numeric_limits<float>::epsilon())
-    {
-        key.angle = std::acos(similarity);
-        key.inverseSine = 1.0F / std::sin(key.angle);
-    }
-}
-
-void MatrixKeys::interpolate(const Key& a, const Key& b, float u, EvaluatedPose& pose) const
-{
-    float weightA = 1.0F - u;
-    float weightB = u;
-    if (u != 0.0F && a.inverseSine != 0.0F)
-    {
-        weightA = std::sin(weightA * a.angle) * a.inverseSine;
-        weightB = std::sin(u * a.angle) * a.inverseSine;
-    }
-    Eigen::Quaternionf rotation;
-    rotation.coeffs() = weightA * a.rotation + (a.sign * weightB) * b.rotation;
-    pose.matrix.topLeftCorner<3, 3>() = rotation.toRotationMatrix();
-    pose.matrix.bottomRows<1>().setZero();
-    pose.matrix.col(3) = a.translation + u * (b.translation - a.translation);
-    pose.matrix(3, 3) = 1.0F;
-    pose.scale = (a.scale + u * (b.scale - a.scale)).head<3>();
 }
 } // namespace velmoran::scene

@@ -1,66 +1,52 @@
 #pragma once
 
 #include "scene/Export.h"
+#include "scene/animation/EvaluatedPose.h"
 #include "scene/animation/KeyTimes.h"
-
-#include <Eigen/Core>
+#include "scene/animation/PoseLanes.h"
 
 #include <cstddef>
 #include <vector>
 
 namespace velmoran::scene
 {
-/// A pose of a node: Translation * Rotation, and the scale that follows them.
-struct EvaluatedPose
-{
-    Eigen::Matrix4f matrix; ///< T * R
-    Eigen::Vector3f scale;  ///< diagonal of S
-
-    /// False for a pose that must not be written.
-    bool isFinite() const { return matrix.allFinite() && scale.allFinite(); }
-};
-
 /// Keys that are whole matrices, split once and interpolated part by part.
 ///
-/// Rotations by spherical linear interpolation (K. Shoemake, "Animating Rotation with
-/// Quaternion Curves", 1985), translations and column lengths linearly.
-/// Threads: an evaluation writes nothing but the caller's cursor and pose.
+/// Threads: evaluating writes nothing but what the caller passes.
 class VELMORAN_SCENE_EXPORT MatrixKeys
 {
 public:
-    MatrixKeys() = default;
-
     /// `values` holds a matrix row by row in the first 16 of every `stride` (16 or more)
-    /// floats, for as many keys as it reaches. A key holds until the next one where `steps` is not
-    /// 0; keys that it does not reach don't.
-    MatrixKeys(const KeyTimes& times, const std::vector<float>& values, std::size_t stride,
-               const std::vector<char>& steps);
+    /// floats, for as many keys as it reaches. A key holds until the next one where `steps`
+    /// is not 0; keys that it does not reach don't.
+    MatrixKeys(const std::vector<float>& values, std::size_t stride, std::vector<char> steps);
 
-    /// The pose at `time`; false when there is no key from there on, or none with a
-    /// value. A pose may hold a NaN or infinity where the keys do.
-    bool evaluate(float time, std::size_t& cursor, EvaluatedPose& pose) const;
+    /// Whether no key holds, so that `set` is all it takes.
+    bool hasNoSteps() const { return m_asIs.empty(); }
 
-    /// The last key, where `time` is later than all keys; false where it is not.
-    bool evaluateAfterEnd(float time, EvaluatedPose& pose) const;
+    /// Puts the pose in `segment` into a lane; false when a key has no value. Only where
+    /// `hasNoSteps`.
+    bool set(PoseLanes& lanes, std::size_t lane, const KeyTimes::Segment& segment) const
+    {
+        if (segment.second >= m_keys.size())
+        {
+            return false;
+        }
+        // Near the end of a segment, its end is taken as it is.
+        const bool atEnd = segment.u > SNAP;
+        lanes.set(lane, m_keys[atEnd ? segment.second : segment.first], m_keys[segment.second],
+                  atEnd ? 0.0F : segment.u);
+        return true;
+    }
+
+    /// The pose in `segment`; false when a key has no value. It may hold a NaN or an
+    /// infinity where the keys do.
+    bool evaluate(const KeyTimes::Segment& segment, EvaluatedPose& pose) const;
 
 private:
-    /// A key and the way to the next one. A cache line.
-    struct Key
-    {
-        Eigen::Vector4f rotation; ///< unit quaternion x, y, z, w
-        Eigen::Vector4f translation;
-        Eigen::Vector4f scale;
-        float angle = 0.0F;       ///< between this rotation and the next one
-        float inverseSine = 0.0F; ///< of that angle; 0 where plain weights are taken
-        float sign = 1.0F;        ///< of the next rotation, -1 on the way round the back
-    };
+    static constexpr float SNAP = 0.99F;
 
-    static Key splitKey(const Eigen::Matrix4f& matrix);
-    static void connect(Key& key, const Key& next);
-    void interpolate(const Key& a, const Key& b, float u, EvaluatedPose& pose) const;
-
-    KeyTimes m_times;
-    std::vector<Key> m_keys;           ///< of as many keys as have values
+    std::vector<MatrixKey> m_keys;
     std::vector<char> m_steps;         ///< not 0 for keys that hold; may be shorter
     std::vector<EvaluatedPose> m_asIs; ///< for each key its matrix; empty without steps
 };

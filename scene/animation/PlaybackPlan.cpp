@@ -1,32 +1,41 @@
 #include "scene/animation/PlaybackPlan.h"
 
 #include "scene/animation/SamplerKeys.h"
+#include "scene/graph/PoseWriter.h"
 #include "scene/manager/SceneManager.h"
 
 #include <algorithm>
 
 namespace velmoran::scene
 {
-void PlaybackPlan::update(const SceneManager& scene, const BaseMatrices& bases,
+void PlaybackPlan::update(const SceneManagerPtr& scene, const BaseMatrices& bases,
                           ChannelWarnings& warnings)
 {
     if (isCurrent())
     {
         return;
     }
-    m_drivers.clear();
-    m_matrixTracks.clear();
-    m_listTracks.clear();
+    m_clocks.clear();
+    m_clocksByHash.clear();
+    m_matrixDrivers.clear();
+    m_listDrivers.clear();
+    m_tracks.clear();
     m_changes = core::utils::Revision::getWatchedChanges();
-    stampTree(scene);
+    stampTree(*scene);
 
-    ChannelBinder binder(scene, std::move(m_keys), &warnings);
+    ChannelBinder binder(*scene, std::move(m_keys), &warnings);
     binder.bind(*m_animation);
     m_keys = binder.takeKeys();
     m_stamp = binder.takeStamp();
+    std::size_t place = 0;
     for (const auto& [node, channels] : binder.getBindings())
     {
-        addDriver(node, channels, bases);
+        const auto base = bases.find(node);
+        const bool hasBase = base != bases.end() && isDrivenByMatrix(channels);
+        addDriver({node.get(), hasBase ? &base->second : nullptr, place,
+                   PoseWriter::belongsTo(scene, *node)},
+                  channels);
+        ++place;
     }
 }
 
@@ -64,35 +73,62 @@ void PlaybackPlan::stampTree(const SceneManager& scene)
     }
 }
 
-void PlaybackPlan::addDriver(const NodePtr& node, const std::vector<ChannelBinding>& channels,
-                             const BaseMatrices& bases)
+void PlaybackPlan::addDriver(const Driven& driven, const std::vector<ChannelBinding>& channels)
 {
-    Driver driver{node.get(), nullptr, 0, 0, isDrivenByMatrix(channels)};
-    if (driver.drivenByMatrix)
+    const bool takesMatrix = isDrivenByMatrix(channels);
+    SamplerKeys& first = *channels.front().keys;
+    if (takesMatrix && channels.size() == 1 && first.asMatrices().hasNoSteps())
     {
-        const auto base = bases.find(node);
-        driver.base = base == bases.end() ? nullptr : &base->second;
-        driver.begin = m_matrixTracks.size();
-        for (const ChannelBinding& channel : channels)
-        {
-            m_matrixTracks.push_back({&channel.keys->asMatrices(), 0});
-        }
-        driver.end = m_matrixTracks.size();
+        m_matrixDrivers.push_back({driven, &first.asMatrices(), clockOf(first)});
+        return;
     }
-    else
+    const std::size_t begin = m_tracks.size();
+    for (const ChannelBinding& channel : channels)
     {
-        driver.begin = m_listTracks.size();
-        for (const ChannelBinding& channel : channels)
-        {
-            m_listTracks.push_back({channel.keys.get(),
-                                    channel.isWholeMatrix ? &channel.keys->asMatrices() : nullptr,
-                                    channel.entry, channel.first, channel.count});
-        }
-        driver.end = m_listTracks.size();
-        std::stable_sort(m_listTracks.begin() + static_cast<std::ptrdiff_t>(driver.begin),
-                         m_listTracks.end(),
-                         [](const ListTrack& a, const ListTrack& b) { return a.entry < b.entry; });
+        m_tracks.push_back({channel.keys.get(),
+                            channel.isWholeMatrix ? &channel.keys->asMatrices() : nullptr,
+                            clockOf(*channel.keys), channel.entry, channel.first, channel.count});
     }
-    m_drivers.push_back(driver);
+    std::stable_sort(m_tracks.begin() + static_cast<std::ptrdiff_t>(begin), m_tracks.end(),
+                     [](const ListTrack& a, const ListTrack& b) { return a.entry < b.entry; });
+    m_listDrivers.push_back({driven, takesMatrix, begin, m_tracks.size()});
+}
+
+/// The clock for the times of `keys`: one that is there, if it has the same.
+std::size_t PlaybackPlan::clockOf(const SamplerKeys& keys)
+{
+    const KeyTimes& times = *keys.getTimes();
+    const auto [first, last] = m_clocksByHash.equal_range(times.getHash());
+    const auto same = std::find_if(first, last,
+                                   [&](const auto& entry)
+                                   { return m_clocks[entry.second].getTimes().isSameAs(times); });
+    if (same != last)
+    {
+        return same->second;
+    }
+    m_clocksByHash.emplace(times.getHash(), m_clocks.size());
+    m_clocks.emplace_back(keys.getTimes());
+    return m_clocks.size() - 1;
+}
+
+bool PlaybackPlan::evaluateTracks(const ListDriver& driver, EvaluatedPose& pose) const
+{
+    const ListTrack* const begin = m_tracks.data() + driver.begin;
+    const ListTrack* const end = m_tracks.data() + driver.end;
+    if (!driver.takesMatrix)
+    {
+        return evaluateList(driver.driven.node->getOriginalTransformations(), begin, end, m_clocks,
+                            pose);
+    }
+    // The last channel that has a value is the one that counts.
+    for (const ListTrack* track = end; track != begin; --track)
+    {
+        const KeyMoment& moment = m_clocks[track[-1].clock].getMoment();
+        if (moment.state == KeyMoment::WITHIN && track[-1].matrices->evaluate(moment.segment, pose))
+        {
+            return true;
+        }
+    }
+    return false;
 }
 } // namespace velmoran::scene

@@ -2,14 +2,17 @@
 
 #include "scene/Forward.h"
 #include "scene/animation/ChannelBinding.h"
+#include "scene/animation/KeyClock.h"
 #include "scene/animation/ListTrack.h"
 #include "scene/animation/MatrixKeys.h"
+#include "scene/animation/PoseLanes.h"
 #include "scene/graph/Node.h"
 #include "scene/manager/NodeIndex.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 namespace velmoran::scene
@@ -23,92 +26,105 @@ class PlaybackPlan
 public:
     using BaseMatrices = std::map<NodePtr, Eigen::Matrix4f>;
 
-    /// A node and its pose at the moment asked for.
-    struct Evaluated
+    /// A node that is driven.
+    struct Driven
     {
-        Node& node;
-        const Eigen::Matrix4f* base; ///< what `pose` is multiplied onto; null: nothing
-        EvaluatedPose pose;
+        Node* node;
+        const Eigen::Matrix4f* base; ///< what its pose is multiplied onto; null: nothing
+        std::size_t place;           ///< in the order of the nodes' handles
+        bool ofScene;                ///< whether it was made for the scene
     };
 
     /// For `animation`, which is not empty.
     explicit PlaybackPlan(const AnimationPtr& animation) : m_animation(animation) {}
 
     /// Takes what has changed in the animation and in `scene` since the last call into
-    /// account. Constant when nothing has. `bases` must stay as it is while the
-    /// plan is used, and `scene` the same.
-    void update(const SceneManager& scene, const BaseMatrices& bases, ChannelWarnings& warnings);
+    /// account. Constant when nothing has. `bases` must stay as it is while the plan is used,
+    /// and `scene` the same.
+    void update(const SceneManagerPtr& scene, const BaseMatrices& bases, ChannelWarnings& warnings);
 
-    /// Calls `visit` with an `Evaluated` for every node that has a pose at `time`, in
-    /// the order of the nodes' handles. The nodes live as long as the scene is not changed,
-    /// which `visit` must not do either.
+    /// Calls `visit(const Driven&, EvaluatedPose&)` for every node that has a pose at
+    /// `time`, in no certain order. The nodes live as long as the scene is not changed,
+    /// which `visit` must not do either; it may change the pose.
     template <typename Visit>
     void evaluate(float time, Visit visit);
 
 private:
-    struct MatrixTrack
+    /// A node with one channel, of matrix keys without steps.
+    struct MatrixDriver
     {
+        Driven driven;
         const MatrixKeys* keys;
-        std::size_t cursor;
+        std::size_t clock;
     };
 
-    /// A node and its range of tracks, of matrices or of its list.
-    struct Driver
+    /// A node with its range of tracks, from which it takes one matrix or builds its list.
+    struct ListDriver
     {
-        Node* node;
-        const Eigen::Matrix4f* base;
+        Driven driven;
+        bool takesMatrix;
         std::size_t begin;
         std::size_t end;
-        bool drivenByMatrix;
     };
 
     bool isCurrent() const;
     bool areKeysCurrent() const;
     void stampTree(const SceneManager& scene);
-    void addDriver(const NodePtr& node, const std::vector<ChannelBinding>& channels,
-                   const BaseMatrices& bases);
-    bool evaluateNode(const Driver& driver, float time, EvaluatedPose& pose);
+    void addDriver(const Driven& driven, const std::vector<ChannelBinding>& channels);
+    std::size_t clockOf(const SamplerKeys& keys);
+    bool evaluateTracks(const ListDriver& driver, EvaluatedPose& pose) const;
 
     AnimationPtr m_animation;
     ChannelBinder::Keys m_keys;
-    TreeStamp m_treeStamp;               ///< as long as it is current, the nodes of m_drivers live
+    TreeStamp m_treeStamp;               ///< as long as it is current, all driven nodes live
     RevisionStamp m_stamp;               ///< of the animations and transformation lists
     mutable std::uint64_t m_changes = 0; ///< watched changes at the last comparison
-    std::vector<Driver> m_drivers;
-    std::vector<MatrixTrack> m_matrixTracks;
-    std::vector<ListTrack> m_listTracks;
+    std::vector<KeyClock> m_clocks;
+    std::unordered_multimap<std::size_t, std::size_t> m_clocksByHash; ///< indices of m_clocks
+    std::vector<MatrixDriver> m_matrixDrivers;
+    std::vector<ListDriver> m_listDrivers;
+    std::vector<ListTrack> m_tracks; ///< of the list drivers
 };
 
 template <typename Visit>
 void PlaybackPlan::evaluate(float time, Visit visit)
 {
-    for (const Driver& driver : m_drivers)
+    for (KeyClock& clock : m_clocks)
     {
-        EvaluatedPose pose;
-        if (evaluateNode(driver, time, pose))
+        clock.setTime(time);
+    }
+    PoseLanes lanes;
+    const Driven* inLanes[PoseLanes::COUNT];
+    std::size_t count = 0;
+    const auto visitLanes = [&]
+    {
+        lanes.compute(count);
+        for (std::size_t i = 0; i < count; ++i)
         {
-            visit(Evaluated{*driver.node, driver.base, pose});
+            visit(*inLanes[i], lanes.pose(i));
+        }
+        count = 0;
+    };
+    for (const MatrixDriver& driver : m_matrixDrivers)
+    {
+        const KeyMoment& moment = m_clocks[driver.clock].getMoment();
+        if (moment.state == KeyMoment::WITHIN && driver.keys->set(lanes, count, moment.segment))
+        {
+            inLanes[count++] = &driver.driven;
+            if (count == PoseLanes::COUNT)
+            {
+                visitLanes();
+            }
         }
     }
-}
-
-inline bool PlaybackPlan::evaluateNode(const Driver& driver, float time, EvaluatedPose& pose)
-{
-    if (!driver.drivenByMatrix)
+    visitLanes();
+    EvaluatedPose pose;
+    for (const ListDriver& driver : m_listDrivers)
     {
-        return evaluateList(driver.node->getOriginalTransformations(),
-                            m_listTracks.data() + driver.begin, m_listTracks.data() + driver.end,
-                            time, pose);
-    }
-    // The last channel that has a value is the one that counts.
-    for (std::size_t i = driver.end; i != driver.begin; --i)
-    {
-        MatrixTrack& track = m_matrixTracks[i - 1];
-        if (track.keys->evaluate(time, track.cursor, pose))
+        if (evaluateTracks(driver, pose))
         {
-            return true;
+            visit(driver.driven, pose);
         }
     }
-    return false;
 }
 } // namespace velmoran::scene

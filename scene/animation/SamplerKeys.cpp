@@ -31,8 +31,7 @@ SamplerKeys::SamplerKeys(const SamplerPtr& sampler) : m_sampler(sampler)
     }
     if (times && holdsKeyTimes(*times))
     {
-        m_hasTimes = true;
-        m_times = KeyTimes(times->getData());
+        m_times = std::make_shared<const KeyTimes>(times->getData());
     }
     if (values)
     {
@@ -49,44 +48,30 @@ const MatrixKeys& SamplerKeys::asMatrices()
 {
     if (!m_matrices)
     {
-        m_matrices = std::make_unique<MatrixKeys>(m_times, m_values, m_stride, m_steps);
+        m_matrices = std::make_unique<MatrixKeys>(m_values, m_stride, m_steps);
     }
     return *m_matrices;
 }
 
-bool SamplerKeys::evaluate(float time, std::size_t& cursor, std::size_t n, float* out) const
+bool SamplerKeys::evaluate(const KeyTimes::Segment& segment, std::size_t n, float* out) const
 {
-    KeyTimes::Segment segment{};
-    if (!m_times.find(time, cursor, segment) || segment.second >= m_values.size() / m_stride)
+    if (segment.second >= m_values.size() / m_stride)
     {
         return false;
     }
-    const bool holds = segment.first < m_steps.size() && m_steps[segment.first] != 0;
-    const float* const b = &m_values[segment.second * m_stride];
     const float* const a = &m_values[segment.first * m_stride];
-    const float u = segment.u;
-    if (holds || u == 0.0F || u == 1.0F) // exactly that key, whatever the other one is
+    const float* const b = &m_values[segment.second * m_stride];
+    const bool holds = segment.first < m_steps.size() && m_steps[segment.first] != 0;
+    if (holds || segment.u == 0.0F || segment.u == 1.0F)
     {
-        std::copy_n(holds || u == 0.0F ? a : b, n, out);
+        // Exactly that key, whatever the other one is.
+        std::copy_n(!holds && segment.u == 1.0F ? b : a, n, out);
         return true;
     }
     for (std::size_t i = 0; i < n; ++i)
     {
-        out[i] = a[i] + u * (b[i] - a[i]);
+        out[i] = a[i] + segment.u * (b[i] - a[i]);
     }
-    return true;
-}
-
-bool SamplerKeys::evaluateAfterEnd(float time, std::size_t n, float* out) const
-{
-    std::size_t cursor = m_times.size();
-    KeyTimes::Segment segment{};
-    if (m_times.size() == 0 || m_times.find(time, cursor, segment) ||
-        m_times.size() > m_values.size() / m_stride)
-    {
-        return false;
-    }
-    std::copy_n(&m_values[(m_times.size() - 1) * m_stride], n, out);
     return true;
 }
 } // namespace velmoran::scene

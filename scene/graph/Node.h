@@ -274,7 +274,6 @@ private:
     };
     Node(WithID, const boost::shared_ptr<ISceneContext>& scene, const std::string& id);
 
-    void assignTransformations(const Eigen::Matrix4f& matrix);
     void updateLocalMatrix();
     void noteTreeChange();
     static unsigned int takeNumber();

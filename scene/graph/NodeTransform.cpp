@@ -123,15 +123,10 @@ void Node::setTransformations(const Eigen::Translation<float, 3>& translation,
 
 void Node::setTransformations(const Eigen::Matrix4f& matrix)
 {
-    assignTransformations(matrix);
-    triggerTransformationUpdate();
-}
-
-void Node::assignTransformations(const Eigen::Matrix4f& matrix)
-{
     m_translation = matrix.block<3, 1>(0, 3);
     m_rotation.setIdentity();
     m_rotation.linear() = withUnitColumns(matrix.block<3, 3>(0, 0));
+    triggerTransformationUpdate();
 }
 
 void Node::addTransformation(const Eigen::Matrix4f& matrix)

@@ -5,7 +5,7 @@
 
 namespace velmoran::scene
 {
-PoseWriter::PoseWriter(const ISceneContextPtr& scene) : m_scene(scene), m_silent(true)
+PoseWriter::PoseWriter(const ISceneContextPtr& scene) : m_silent(true)
 {
     const core::event::EventManagerPtr manager =
         scene ? scene->getEventManager() : core::event::EventManagerPtr();
@@ -13,24 +13,27 @@ PoseWriter::PoseWriter(const ISceneContextPtr& scene) : m_scene(scene), m_silent
                             !manager->hasListeners(events::sceneUpdate()));
 }
 
-void PoseWriter::write(Node& node, const Eigen::Matrix4f& matrix,
-                       const Eigen::Vector3f& scale) const
+bool PoseWriter::belongsTo(const ISceneContextPtr& scene, const Node& node)
 {
-    if (isSilentFor(node))
-    {
-        node.assignTransformations(matrix);
-        node.m_scale = scale;
-        node.updateLocalMatrix();
-    }
-    else
-    {
-        node.setTransformations(matrix);
-        node.setScale(scale);
-    }
+    return !node.m_sceneManager.owner_before(scene) && !scene.owner_before(node.m_sceneManager);
 }
 
-bool PoseWriter::belongsToScene(const Node& node) const
+void PoseWriter::write(Node& node, const Eigen::Matrix4f& matrix, const Eigen::Vector3f& scale)
 {
-    return !node.m_sceneManager.owner_before(m_scene) && !m_scene.owner_before(node.m_sceneManager);
+    node.setTransformations(matrix);
+    node.setScale(scale);
+}
+
+void PoseWriter::writeSilently(Node& node, const Eigen::Matrix4f& matrix,
+                               const Eigen::Vector4f& scale)
+{
+    node.m_translation = matrix.topRightCorner<3, 1>();
+    node.m_rotation.matrix().leftCols<3>() = matrix.leftCols<3>();
+    node.m_rotation.matrix().col(3) = Eigen::Vector4f::UnitW();
+    node.m_scale = scale.head<3>();
+    node.m_transformations.col(0) = matrix.col(0) * scale[0];
+    node.m_transformations.col(1) = matrix.col(1) * scale[1];
+    node.m_transformations.col(2) = matrix.col(2) * scale[2];
+    node.m_transformations.col(3) = matrix.col(3);
 }
 } // namespace velmoran::scene

@@ -10,24 +10,30 @@ namespace velmoran::scene
 /// Writes poses into many nodes: `Node::setTransformations` and `Node::setScale` for each,
 /// with two pairs of events.
 ///
-/// Asks once, when it is made, whether anybody listens to these events. Nodes of its
-/// scene are then written without asking for the scene and its listeners at each node.
+/// Asks once, when it is made, whether anybody listens to these events. If nobody does,
+/// nodes of its scene are written without asking for scene and listeners at each node.
 class PoseWriter
 {
 public:
     /// For the nodes of `scene`, which may be empty.
     explicit PoseWriter(const ISceneContextPtr& scene);
 
-    /// Whether a node's events reach nobody, so that nothing else runs while it is written.
-    bool isSilentFor(const Node& node) const { return m_silent && belongsToScene(node); }
+    /// Whether `node` was made for `scene`; never changes.
+    static bool belongsTo(const ISceneContextPtr& scene, const Node& node);
 
-    /// Sets T and R from `matrix`, S to `scale`. One pair of events follows each.
-    void write(Node& node, const Eigen::Matrix4f& matrix, const Eigen::Vector3f& scale) const;
+    /// Whether the events of the scene's nodes reach nobody.
+    bool isSilent() const { return m_silent; }
+
+    /// Sets T and R from `matrix`, S to `scale`; a pair of events follows each.
+    static void write(Node& node, const Eigen::Matrix4f& matrix, const Eigen::Vector3f& scale);
+
+    /// The same without events, for a node of the scene when `isSilent`; nothing else runs
+    /// meanwhile. `matrix` is affine, its first three columns of unit length; the fourth
+    /// number of `scale` is not used.
+    static void writeSilently(Node& node, const Eigen::Matrix4f& matrix,
+                              const Eigen::Vector4f& scale);
 
 private:
-    bool belongsToScene(const Node& node) const;
-
-    ISceneContextPtr m_scene;
     bool m_silent;
 };
 } // namespace velmoran::scene

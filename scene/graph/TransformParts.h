@@ -4,6 +4,8 @@
 
 #include <Eigen/Core>
 
+#include <cmath>
+
 // Splitting and composing of 4x4 matrices (column vectors), for nodes, keys and channels
 // alike.
 
@@ -41,13 +43,19 @@ inline Eigen::Vector3f columnLengths(const Eigen::Matrix3f& matrix)
                            matrix.col(2).stableNorm());
 }
 
-/// `matrix` with each column scaled to unit length; a column of zeros stays.
+/// `matrix` with each column scaled to unit length; a column of zeros stays. Columns that
+/// have unit length but for rounding stay as they are.
 inline Eigen::Matrix3f withUnitColumns(const Eigen::Matrix3f& matrix)
 {
+    constexpr float rounding = 1e-6F;
     Eigen::Matrix3f result = matrix;
     for (int i = 0; i < 3; ++i)
     {
-        result.col(i).stableNormalize();
+        // Squares of very short and very long columns get lost.
+        if (!(std::abs(matrix.col(i).squaredNorm() - 1.0F) <= rounding))
+        {
+            result.col(i).stableNormalize();
+        }
     }
     return result;
 }

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <Eigen/Core>
+
+namespace velmoran::scene
+{
+/// A pose of a node: Translation * Rotation, and the scale that follows them.
+struct EvaluatedPose
+{
+    Eigen::Matrix4f matrix; ///< T * R, affine; R has columns of unit length
+    Eigen::Vector4f scale;  ///< diagonal of S, then 0
+
+    /// False for a pose that must not be written.
+    bool isFinite() const
+    {
+        // What is not finite gives a NaN times 0.
+        const Eigen::Vector4f zeros = matrix.col(0) * 0.0F + matrix.col(1) * 0.0F +
+                                      matrix.col(2) * 0.0F + matrix.col(3) * 0.0F + scale * 0.0F;
+        return zeros == Eigen::Vector4f::Zero();
+    }
+};
+} // namespace velmoran::scene
