@@ -1,7 +1,9 @@
 #include "examples/collada/Animations.h"
 
+#include "examples/collada/Transformations.h"
 #include "scene/animation/Animation.h"
 #include "scene/animation/Sampler.h"
+#include "scene/geometry/Stream.h"
 
 #include <boost/make_shared.hpp>
 
@@ -67,12 +69,47 @@ scene::SamplerPtr Animations::getSampler(const pugi::xml_node& element)
         {
             sampler->addInput(getAttribute(input, "semantic"), m_sources.getInput(input));
         }
+        checkKeys(element, *sampler);
     }
     return sampler;
 }
 
+/// Says what keeps the keys of a sampler from being played as they are meant.
+void Animations::checkKeys(const pugi::xml_node& element, const scene::Sampler& sampler)
+{
+    const scene::StreamPtr times = sampler.getStreamBySemantic(scene::Sampler::INPUT);
+    const scene::StreamPtr values = sampler.getStreamBySemantic(scene::Sampler::OUTPUT);
+    const scene::StreamPtr names = sampler.getStreamBySemantic(scene::Sampler::INTERPOLATION);
+    if (!times || !values)
+    {
+        m_document.warn(element, std::string("it has no ") + (times ? "OUTPUT" : "INPUT") +
+                                     "; what it moves will not play");
+        return;
+    }
+    const auto& params = times->getParamList();
+    if (params.size() != 1 || params.front().first != "TIME")
+    {
+        m_document.warn(element, "the one parameter of its INPUT is not TIME; what it moves will "
+                                 "not play");
+    }
+    const auto compare = [&](std::size_t count, const char* what)
+    {
+        const auto keys = static_cast<std::size_t>(times->getCount());
+        if (count != keys)
+        {
+            m_document.warn(element, "it has " + std::to_string(keys) + " key times, but " +
+                                         std::to_string(count) + ' ' + what);
+        }
+    };
+    compare(static_cast<std::size_t>(values->getCount()), "values");
+    if (names)
+    {
+        compare(names->getNameList().size(), "names of interpolations");
+    }
+}
+
 /// A target is an ID, "/", the SID of a transformation and often a member: ".X" or
-/// "(3)". Longer paths name other things than transformations and are not followed.
+/// "(3)". Targets at other things than nodes are kept and move nothing.
 void Animations::checkTarget(const pugi::xml_node& channel, const std::string& target)
 {
     const std::size_t slash = target.find('/');
@@ -87,8 +124,12 @@ void Animations::checkTarget(const pugi::xml_node& channel, const std::string& t
         return;
     }
     const std::string path = slash == std::string::npos ? "" : target.substr(slash + 1);
-    const std::string sid = path.substr(0, path.find_first_of(".("));
-    if (path.find('/') == std::string::npos && !hasSid(node, sid))
+    if (path.find('/') != std::string::npos)
+    {
+        m_document.warn(channel, "its target " + quote(target) +
+                                     " leads on from that node, which is not followed");
+    }
+    else if (!hasSid(node, path.substr(0, path.find_first_of(".("))))
     {
         m_document.warn(channel,
                         "its target " + quote(target) + " names no transformation of that node");
@@ -102,7 +143,10 @@ bool Animations::hasSid(const pugi::xml_node& node, const std::string& sid)
     {
         for (const pugi::xml_node& child : node.children())
         {
-            sids->second.insert(getAttribute(child, "sid"));
+            if (isTransformation(child))
+            {
+                sids->second.insert(getAttribute(child, "sid"));
+            }
         }
     }
     return sids->second.count(sid) != 0;

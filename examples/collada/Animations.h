@@ -10,8 +10,8 @@
 namespace velmoran::examples::collada
 {
 /// The animation library of a document: nested animations with their streams,
-/// samplers and channels. Warns about channels whose target names nothing; they are
-/// kept.
+/// samplers and channels. Warns about channels whose target names nothing and about
+/// samplers whose keys can't be played as they are; both are kept.
 class Animations
 {
 public:
@@ -23,6 +23,7 @@ public:
 private:
     scene::AnimationPtr readAnimation(const pugi::xml_node& element);
     scene::SamplerPtr getSampler(const pugi::xml_node& element);
+    void checkKeys(const pugi::xml_node& element, const scene::Sampler& sampler);
     void checkTarget(const pugi::xml_node& channel, const std::string& target);
     bool hasSid(const pugi::xml_node& node, const std::string& sid);
 

@@ -1,6 +1,7 @@
 #include "examples/collada/SceneBuilder.h"
 
 #include "examples/collada/NodeExpansion.h"
+#include "scene/animation/AnimationManager.h"
 #include "scene/deform/InstanceController.h"
 #include "scene/geometry/InstanceGeometry.h"
 #include "scene/geometry/Mesh.h"
@@ -267,6 +268,10 @@ void buildScene(const Document& document, const Content& content,
     if (content.animations.getAnimations().empty())
     {
         scene->removeAllAnimations();
+        if (const scene::AnimationManagerPtr manager = scene->getAnimationManager())
+        {
+            manager->setAnimation({});
+        }
     }
     else
     {

@@ -11,6 +11,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace velmoran::examples::collada
@@ -78,6 +80,12 @@ constexpr Kind KINDS[] = {
     {"scale", 3, makeScale},   {"skew", 7, makeSkew},      {"translate", 3, makeTranslate},
 };
 } // namespace
+
+bool isTransformation(const pugi::xml_node& element)
+{
+    return std::any_of(std::begin(KINDS), std::end(KINDS),
+                       [&element](const Kind& kind) { return kind.name == element.name(); });
+}
 
 scene::ITransformationPtr readTransformation(const Document& document,
                                              const pugi::xml_node& element)

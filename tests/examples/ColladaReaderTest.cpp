@@ -382,6 +382,8 @@ TEST_F(ColladaReaderTest, AnimationsKeepTheirNestingAndChannels)
 {
     const std::string channels = "<channel source=\"#sm\" target=\"n/t.X\"/>"
                                  "<channel source=\"#sm\" target=\"n/other(3)\"/>"
+                                 "<channel source=\"#sm\" target=\"n/inner.X\"/>"
+                                 "<channel source=\"#sm\" target=\"n/inner/t.X\"/>"
                                  "<channel source=\"#sm\" target=\"gone/t\"/>";
     const ReadResult result = readFine(
         "<library_animations><animation id=\"outer\" name=\"Outer\"><animation id=\"first\">" +
@@ -391,9 +393,14 @@ TEST_F(ColladaReaderTest, AnimationsKeepTheirNestingAndChannels)
         "<input semantic=\"INTERPOLATION\" source=\"#ways\"/></sampler></animation>"
         "<animation id=\"second\">" +
         channels + "</animation></animation></library_animations>" +
-        visualScene("<node id=\"n\"><translate sid=\"t\">0 0 0</translate></node>"));
-    EXPECT_THAT(result.warnings, ElementsAre(HasSubstr("no transformation of that node"),
-                                             HasSubstr("\"gone/t\" names nothing")));
+        visualScene("<node id=\"n\"><translate sid=\"t\">0 0 0</translate>"
+                    "<node sid=\"inner\"/></node>"));
+    EXPECT_THAT(result.warnings,
+                ElementsAre(HasSubstr("<sampler id=\"sm\"> (line 2): it has no OUTPUT"),
+                            HasSubstr("\"n/other(3)\" names no transformation of that node"),
+                            HasSubstr("\"n/inner.X\" names no transformation of that node"),
+                            HasSubstr("\"n/inner/t.X\" leads on from that node"),
+                            HasSubstr("\"gone/t\" names nothing")));
     ASSERT_EQ(m_scene->getAnimationsLibrary().size(), 1U);
     EXPECT_NE(m_scene->getAnimationManager(), nullptr);
     const scene::AnimationPtr outer = m_scene->getAnimationsLibrary()[0];
@@ -406,7 +413,7 @@ TEST_F(ColladaReaderTest, AnimationsKeepTheirNestingAndChannels)
     EXPECT_THAT(sampler->getStreamBySemantic(scene::Sampler::INTERPOLATION)->getNameList(),
                 ElementsAre("LINEAR", "STEP"));
     const auto targets = outer->getChildAnimations()[1]->getChannelArray();
-    ASSERT_EQ(targets.size(), 3U);
+    ASSERT_EQ(targets.size(), 5U);
     EXPECT_EQ(targets[0], scene::Animation::Channel(sampler, "n/t.X"));
 }
 
