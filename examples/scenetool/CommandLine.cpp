@@ -1,14 +1,15 @@
 #include "examples/scenetool/CommandLine.h"
 
+#include "examples/scenetool/Arguments.h"
 #include "examples/scenetool/InfoCommand.h"
+#include "examples/scenetool/KeyArguments.h"
 #include "examples/scenetool/MergeCommand.h"
+#include "examples/scenetool/PlayArguments.h"
 #include "examples/scenetool/SceneLoader.h"
 
-#include <CLI/CLI.hpp>
-
-#include <filesystem>
+#include <functional>
+#include <map>
 #include <new>
-#include <system_error>
 
 namespace velmoran::examples
 {
@@ -52,37 +53,23 @@ void addMerge(CLI::App& app, MergeOptions& options)
     merge->add_option("--obj", options.objFile,
                       "Write the result in world space as Wavefront OBJ, with the materials' "
                       "diffuse colours in an MTL file beside it");
-}
-
-/// Refuses to write over one of the documents.
-void checkOutput(const MergeOptions& options)
-{
-    std::vector<std::string> inputs = options.files;
-    inputs.push_back(options.base);
-    for (const std::string& input : inputs)
-    {
-        std::error_code ignored;
-        if (!options.objFile.empty() &&
-            std::filesystem::equivalent(input, options.objFile, ignored))
+    merge->callback(
+        [&options]
         {
-            throw CLI::ValidationError("--obj", "would write over " + input);
-        }
-    }
+            refuseOverwriting(options.base, options.objFile);
+            for (const std::string& file : options.files)
+            {
+                refuseOverwriting(file, options.objFile);
+            }
+        });
 }
 
-int runCommand(const CLI::App& app, const InfoOptions& info, const MergeOptions& merge,
-               const Console& console)
+/// Runs the command that was given.
+int runCommand(const std::function<void()>& command, const Console& console)
 {
     try
     {
-        if (app.got_subcommand("info"))
-        {
-            runInfo(info, console);
-        }
-        else
-        {
-            runMerge(merge, console);
-        }
+        command();
         if (!console.out.flush())
         {
             throw CommandError("can't write to standard output");
@@ -103,21 +90,31 @@ int runCommand(const CLI::App& app, const InfoOptions& info, const MergeOptions&
 
 int runSceneTool(int argc, const char* const* argv, const Console& console)
 {
-    CLI::App app("Shows and merges COLLADA documents with the scene library.", "scenetool");
+    CLI::App app("Shows, merges, plays and keys COLLADA documents with the scene library.",
+                 "scenetool");
     app.require_subcommand(1);
     InfoOptions info;
     MergeOptions merge;
+    PlayOptions play;
+    KeyOptions key;
     addInfo(app, info);
     addMerge(app, merge);
+    addPlay(app, play);
+    addKey(app, key);
+    const std::map<std::string, std::function<void()>> commands = {
+        {"info", [&] { runInfo(info, console); }},
+        {"merge", [&] { runMerge(merge, console); }},
+        {"play", [&] { runPlay(play, console); }},
+        {"key", [&] { runKey(key, console); }},
+    };
     try
     {
         app.parse(argc, argv);
-        checkOutput(merge);
     }
     catch (const CLI::ParseError& error)
     {
         return app.exit(error, console.out, console.err) == 0 ? SUCCESS : WRONG_USAGE;
     }
-    return runCommand(app, info, merge, console);
+    return runCommand(commands.at(app.get_subcommands().front()->get_name()), console);
 }
 } // namespace velmoran::examples

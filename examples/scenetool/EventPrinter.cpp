@@ -48,11 +48,16 @@ void EventPrinter::handleEvent(core::event::Event event)
     *m_out << name << (data.empty() ? "" : "  ") << data << '\n';
 }
 
-std::string EventPrinter::summary() const
+std::map<std::string, std::size_t> EventPrinter::getCounts() const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_counts;
+}
+
+std::string EventPrinter::summary() const
+{
     std::string text;
-    for (const auto& [name, count] : m_counts)
+    for (const auto& [name, count] : getCounts())
     {
         text += (text.empty() ? "" : ", ") + std::to_string(count) + ' ' + name;
     }

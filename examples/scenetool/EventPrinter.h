@@ -23,6 +23,9 @@ public:
 
     void handleEvent(core::event::Event event) override;
 
+    /// How many of each event were heard so far, by name.
+    std::map<std::string, std::size_t> getCounts() const;
+
     /// "3 SceneUpdate, 1 SyncScene" or "none".
     std::string summary() const;
 

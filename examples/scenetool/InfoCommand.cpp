@@ -1,5 +1,6 @@
 #include "examples/scenetool/InfoCommand.h"
 
+#include "examples/scenetool/AnimationFacts.h"
 #include "examples/scenetool/Progress.h"
 #include "examples/scenetool/SceneFacts.h"
 #include "examples/scenetool/SceneLoader.h"
@@ -14,7 +15,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <unordered_map>
 #include <utility>
 
@@ -24,13 +24,6 @@ namespace
 {
 constexpr std::size_t MAX_ROWS = 40;  ///< of geometries and of nodes
 constexpr std::size_t MAX_DEPTH = 12; ///< indented; deeper nodes stand below these
-
-/// Rounded to four digits behind the point, which suffices for a look.
-std::string shortNumber(double value)
-{
-    const double rounded = std::round(value * 1e4) / 1e4;
-    return floatText(static_cast<float>(rounded) + 0.0F);
-}
 
 std::string pointText(const Json& point)
 {
@@ -192,6 +185,10 @@ void printText(const LoadedScene& loaded, const Json& facts, std::ostream& out)
         << facts["up_axis"].get<std::string>() << ", a unit is "
         << facts["unit_meter"].get<std::string>() << " m\n";
     printLibraries(facts, out);
+    if (facts.contains("animation"))
+    {
+        out << "\nAnimation  " << describeAnimation(facts["animation"]) << '\n';
+    }
     printGeometries(facts, out);
     printNodes(loaded.scene, facts["counts"], out);
 }

@@ -3,7 +3,7 @@
 #include "core/event/EventManager.h"
 #include "examples/scenetool/EventPrinter.h"
 #include "examples/scenetool/MergeReport.h"
-#include "examples/scenetool/ObjWriter.h"
+#include "examples/scenetool/ObjOutput.h"
 #include "examples/scenetool/Progress.h"
 #include "examples/scenetool/SceneFacts.h"
 #include "examples/scenetool/SceneLoader.h"
@@ -53,11 +53,6 @@ private:
     Console m_console;
 };
 
-void warn(const std::string& text, const Console& console)
-{
-    console.err << "scenetool: warning: " << text << '\n';
-}
-
 bool joinsNodes(int flags)
 {
     return (flags & SceneManager::MERGE_REPEATED_NODES) != 0 &&
@@ -94,27 +89,6 @@ void mergeOne(const LoadedScene& base, const LoadedScene& file, const MergeOptio
     }
     report.print(joinsNodes(options.flags), console.out);
     console.out << "  events      " << events.summary() << '\n';
-}
-
-void writeObjFile(const LoadedScene& base, const MergeOptions& options, const Console& console)
-{
-    const ObjResult result = writeObj(base.scene, options.objFile);
-    console.out << "Wrote " << options.objFile << ": "
-                << countText(result.points, "point", "points") << ", "
-                << countText(result.faces, "triangle", "triangles") << "; materials in "
-                << result.materialFile << '\n';
-    if (result.skippedFaces > 0)
-    {
-        warn(countText(result.skippedFaces, "triangle", "triangles") +
-                 " with broken indices left out",
-             console);
-    }
-    if (result.skippedPrimitives > 0)
-    {
-        warn(countText(result.skippedPrimitives, "primitive", "primitives") +
-                 " without triangles left out",
-             console);
-    }
 }
 
 /// All documents, the base first.
@@ -160,7 +134,7 @@ void runMerge(const MergeOptions& options, const Console& console)
     if (!options.objFile.empty())
     {
         progress.setTask("Writing " + onOneLine(options.objFile));
-        writeObjFile(base, options, output.getConsole());
+        writeObjFile(base.scene, options.objFile, output.getConsole());
     }
 }
 } // namespace velmoran::examples

@@ -1,5 +1,7 @@
 #include "examples/scenetool/SceneFacts.h"
 
+#include "examples/scenetool/AnimationFacts.h"
+#include "examples/scenetool/Channels.h"
 #include "examples/scenetool/Text.h"
 #include "scene/animation/Animation.h"
 #include "scene/deform/Controller.h"
@@ -39,13 +41,6 @@ using scene::StreamPtr;
 Json textOrNull(const std::string& text)
 {
     return text.empty() ? Json(nullptr) : Json(text);
-}
-
-const char* transformationName(int type)
-{
-    static constexpr std::array<const char*, 6> NAMES = {"lookat", "matrix", "rotate",
-                                                         "scale",  "skew",   "translate"};
-    return NAMES.at(static_cast<std::size_t>(type));
 }
 
 std::vector<IGeometryPtr> geometriesOf(const SceneManagerPtr& scene)
@@ -96,22 +91,10 @@ Json collectIDs(const SceneManagerPtr& scene)
     return ids;
 }
 
-/// All animations of the scene, children behind their parents.
-std::vector<scene::AnimationPtr> allAnimations(const SceneManagerPtr& scene)
-{
-    std::vector<scene::AnimationPtr> animations = scene->getAnimationsLibrary();
-    for (std::size_t i = 0; i < animations.size(); ++i)
-    {
-        const auto children = animations[i]->getChildAnimations();
-        animations.insert(animations.end(), children.begin(), children.end());
-    }
-    return animations;
-}
-
 void countLibraries(const SceneManagerPtr& scene, Json& counts)
 {
     const auto controllers = scene->getControllersLibrary();
-    const auto animations = allAnimations(scene);
+    const auto animations = getAllAnimations(scene->getAnimationsLibrary());
     std::size_t channels = 0;
     std::size_t samplers = 0;
     for (const auto& animation : animations)
@@ -167,12 +150,6 @@ void countNodes(const SceneManagerPtr& scene, Json& counts)
     counts["instance_camera_expanded"] = cameras;
     counts["instance_light_expanded"] = lights;
     counts["transformations_expanded"] = transformations;
-}
-
-std::size_t tupleCount(const StreamPtr& stream)
-{
-    const int stride = stream->getStride();
-    return stride > 0 ? stream->getData().size() / static_cast<std::size_t>(stride) : 0;
 }
 
 Json collectSources(const MeshPtr& mesh)
@@ -287,16 +264,6 @@ Json collectNode(const NodePtr& node, const NodePtr& root)
             {"transformations", std::move(transformations)}};
 }
 
-Json matrixRows(const Eigen::Matrix4f& matrix)
-{
-    Json rows = Json::array();
-    for (int row = 0; row < 4; ++row)
-    {
-        rows.push_back({matrix(row, 0), matrix(row, 1), matrix(row, 2), matrix(row, 3)});
-    }
-    return rows;
-}
-
 void collectNodes(const SceneManagerPtr& scene, Json& facts)
 {
     const NodePtr root = scene->getRoot();
@@ -336,6 +303,7 @@ Json collectFacts(const SceneManagerPtr& scene, const std::string& fileName)
         facts["controllers"].push_back(collectController(controller));
     }
     collectNodes(scene, facts);
+    collectAnimation(scene, facts);
     return facts;
 }
 
@@ -373,6 +341,29 @@ std::string upAxisText(const SceneManagerPtr& scene)
         return "Z_UP";
     }
     return "";
+}
+
+const char* transformationName(int type)
+{
+    static constexpr std::array<const char*, 6> NAMES = {"lookat", "matrix", "rotate",
+                                                         "scale",  "skew",   "translate"};
+    return NAMES.at(static_cast<std::size_t>(type));
+}
+
+std::size_t tupleCount(const StreamPtr& stream)
+{
+    const int stride = stream->getStride();
+    return stride > 0 ? stream->getData().size() / static_cast<std::size_t>(stride) : 0;
+}
+
+Json matrixRows(const Eigen::Matrix4f& matrix)
+{
+    Json rows = Json::array();
+    for (int row = 0; row < 4; ++row)
+    {
+        rows.push_back({matrix(row, 0), matrix(row, 1), matrix(row, 2), matrix(row, 3)});
+    }
+    return rows;
 }
 
 std::size_t countTriangles(const MeshPtr& mesh)

@@ -2,6 +2,7 @@
 
 #include "scene/Forward.h"
 
+#include <Eigen/Core>
 #include <nlohmann/json.hpp>
 
 #include <string>
@@ -13,7 +14,8 @@ using Json = nlohmann::ordered_json;
 
 /// What a scene holds, as JSON: "file", "up_axis", "unit_meter", "counts", "ids",
 /// "visual_scene" (the root's ID), "geometries", "totals", "controllers", "node_tree"
-/// and "rest_world_matrices" (four rows of four).
+/// and "rest_world_matrices" (four rows of four). A scene whose animations have channels
+/// also has "animation" (see `collectAnimation`).
 ///
 /// The root is not listed, the nodes below it have no parent. Empty names and SIDs are
 /// null. The effect and the material that every new scene holds are left out.
@@ -25,6 +27,15 @@ std::vector<scene::MaterialPtr> ownMaterials(const scene::SceneManagerPtr& scene
 
 /// "X_UP", "Y_UP" or "Z_UP".
 std::string upAxisText(const scene::SceneManagerPtr& scene);
+
+/// The name that documents have for a kind of `ITransformation`.
+const char* transformationName(int type);
+
+/// The whole tuples that a stream holds.
+std::size_t tupleCount(const scene::StreamPtr& stream);
+
+/// Four rows of four.
+Json matrixRows(const Eigen::Matrix4f& matrix);
 
 /// The triangles of a mesh, as far as its primitives are triangle lists.
 std::size_t countTriangles(const scene::MeshPtr& mesh);

@@ -1,6 +1,8 @@
 #include "examples/scenetool/SceneLoader.h"
 
+#include "core/event/EventManager.h"
 #include "examples/collada/ColladaReader.h"
+#include "examples/scenetool/Progress.h"
 #include "examples/scenetool/Text.h"
 #include "scene/manager/SceneManager.h"
 
@@ -22,6 +24,18 @@ LoadedScene loadScene(const std::string& fileName, const core::event::EventManag
         throw CommandError(onOneLine(result.error));
     }
     loaded.warnings = std::move(result.warnings);
+    return loaded;
+}
+
+LoadedScene openScene(const std::string& fileName, const Console& console)
+{
+    LoadedScene loaded;
+    {
+        Progress progress(console.errIsTerminal ? &console.err : nullptr);
+        progress.setTask("Reading " + onOneLine(fileName));
+        loaded = loadScene(fileName, boost::make_shared<core::event::EventManager>());
+    }
+    printWarnings(loaded, console.err);
     return loaded;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Forward.h"
+#include "examples/scenetool/Console.h"
 #include "scene/Forward.h"
 
 #include <stdexcept>
@@ -28,6 +29,10 @@ struct LoadedScene
 /// Throws `CommandError` when the document can't be read.
 LoadedScene loadScene(const std::string& fileName,
                       const core::event::EventManagerPtr& eventManager);
+
+/// Reads a document into a new scene with an event manager of its own, showing progress,
+/// and writes the warnings. Throws as `loadScene`.
+LoadedScene openScene(const std::string& fileName, const Console& console);
 
 /// Writes the warnings of `loaded`, the first few of many.
 void printWarnings(const LoadedScene& loaded, std::ostream& err);

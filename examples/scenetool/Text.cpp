@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace velmoran::examples
 {
@@ -16,6 +17,12 @@ std::string floatText(float value)
     std::array<char, 64> buffer{};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
     return std::string(buffer.data(), end.ptr);
+}
+
+std::string shortNumber(double value)
+{
+    const double rounded = std::round(value * 1e4) / 1e4;
+    return floatText(static_cast<float>(rounded) + 0.0F);
 }
 
 std::string onOneLine(const std::string& text)

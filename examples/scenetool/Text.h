@@ -9,6 +9,9 @@ namespace velmoran::examples
 /// The shortest text that reads back to the same float; the same in every locale.
 std::string floatText(float value);
 
+/// `value` rounded to four digits behind the point, which suffices for a look.
+std::string shortNumber(double value);
+
 /// `text` with control characters replaced by "?", so that it stays on its line.
 std::string onOneLine(const std::string& text);
 

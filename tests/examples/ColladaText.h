@@ -34,14 +34,20 @@ inline std::string visualScene(const std::string& nodes)
            "<scene><instance_visual_scene url=\"#vs\"/></scene>";
 }
 
-/// A source of `count` tuples of `stride` floats.
-inline std::string source(const std::string& id, int count, int stride, const std::string& values)
+/// A source of `count` tuples of `stride` floats, which may be named.
+inline std::string source(const std::string& id, int count, int stride, const std::string& values,
+                          const std::vector<std::string>& names = {})
 {
     const std::string total = std::to_string(count * stride);
+    std::string params;
+    for (const std::string& name : names)
+    {
+        params += "<param name=\"" + name + "\" type=\"float\"/>";
+    }
     return "<source id=\"" + id + "\"><float_array id=\"" + id + "-a\" count=\"" + total + "\">" +
            values + "</float_array><technique_common><accessor source=\"#" + id + "-a\" count=\"" +
-           std::to_string(count) + "\" stride=\"" + std::to_string(stride) +
-           "\"/></technique_common></source>";
+           std::to_string(count) + "\" stride=\"" + std::to_string(stride) + "\">" + params +
+           "</accessor></technique_common></source>";
 }
 
 /// A geometry library with "quad": four positions, two texture coordinates in "uv" and

@@ -1,7 +1,7 @@
-#include "examples/scenetool/CommandLine.h"
 #include "examples/scenetool/MergeReport.h"
 #include "examples/scenetool/SceneFacts.h"
 #include "examples/scenetool/Text.h"
+#include "tests/examples/ToolRun.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -62,22 +62,8 @@ const char* const TINY = R"(<COLLADA xmlns="http://www.collada.org/2005/11/COLLA
 </visual_scene></library_visual_scenes>
 <scene><instance_visual_scene url="#vs"/></scene></COLLADA>)";
 
-struct Outcome
-{
-    int status;
-    std::string out;
-    std::string err;
-};
-
-Outcome run(std::vector<const char*> arguments)
-{
-    arguments.insert(arguments.begin(), "scenetool");
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status =
-        runSceneTool(static_cast<int>(arguments.size()), arguments.data(), {out, err});
-    return {status, out.str(), err.str()};
-}
+using test::Outcome;
+using test::run;
 
 std::string readFile(const fs::path& path)
 {

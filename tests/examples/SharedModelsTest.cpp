@@ -1,4 +1,6 @@
+#include "examples/scenetool/AnimationFacts.h"
 #include "tests/examples/ColladaText.h"
+#include "tests/examples/ToolRun.h"
 
 #include "scene/animation/Animation.h"
 #include "scene/deform/Controller.h"
@@ -12,7 +14,10 @@
 
 #include <nlohmann/json.hpp>
 
+#include <Eigen/Core>
+
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -82,12 +87,59 @@ void compareNumbers(const json& expected, const std::vector<double>& actual, dou
     }
 }
 
+Eigen::Matrix4d toMatrix(const json& rows)
+{
+    Eigen::Matrix4d matrix;
+    for (Eigen::Index i = 0; i < 16; ++i)
+    {
+        matrix(i / 4, i % 4) =
+            rows[static_cast<std::size_t>(i / 4)][static_cast<std::size_t>(i % 4)];
+    }
+    return matrix;
+}
+
+/// Whether `local` is a translation, a rotation and a scale, that is, its columns stand
+/// at right angles, and the nodes above hold exactly what their lists say.
+bool canHold(const scene::NodePtr& node, const json& local)
+{
+    for (scene::NodePtr above = node->getParent(); above->getParent(); above = above->getParent())
+    {
+        if (!isExact(*above))
+        {
+            return false;
+        }
+    }
+    const Eigen::Matrix3d linear = toMatrix(local).topLeftCorner<3, 3>().colwise().normalized();
+    return (linear.transpose() * linear).isIdentity(1e-5);
+}
+
+/// Numbers may differ in the last digits that a float has.
+void compareFacts(const json& expected, const json& actual)
+{
+    const json flat = expected.flatten();
+    const json flatActual = actual.flatten();
+    ASSERT_EQ(flat.size(), flatActual.size()) << actual;
+    for (const auto& [key, value] : flat.items())
+    {
+        SCOPED_TRACE(key);
+        if (value.is_number_float())
+        {
+            const auto number = value.get<double>();
+            EXPECT_NEAR(number, flatActual[key].get<double>(), 1e-6 * (1.0 + std::abs(number)));
+        }
+        else
+        {
+            EXPECT_EQ(value, flatActual[key]);
+        }
+    }
+}
+
 /// One document, read and with its reference.
 class Model
 {
 public:
     Model(const fs::path& document, const fs::path& reference)
-        : m_result(ColladaReader().readFile(document.string(), m_scene))
+        : m_document(document.string()), m_result(ColladaReader().readFile(m_document, m_scene))
     {
         std::ifstream(reference) >> m_reference;
     }
@@ -107,6 +159,7 @@ public:
         compareGeometries();
         compareNodes();
         compareSkins();
+        compareAnimation();
     }
 
 private:
@@ -267,6 +320,55 @@ private:
         }
     }
 
+    /// The facts that info tells of the animations, and the poses that play shows at the
+    /// first and the third time of the reference, which are times of keys.
+    void compareAnimation()
+    {
+        Json facts;
+        collectAnimation(m_scene, facts);
+        ASSERT_EQ(m_reference.contains("animation"), facts.contains("animation"));
+        if (!facts.contains("animation"))
+        {
+            return;
+        }
+        const json& expected = m_reference["animation"];
+        for (const auto& [key, value] : facts["animation"].items())
+        {
+            compareFacts(expected[key], json(value));
+        }
+        for (const std::size_t index : {0U, 2U})
+        {
+            comparePoses(expected["world_matrices"][index]);
+        }
+    }
+
+    void comparePoses(const json& expected)
+    {
+        const std::string time = expected["time"].dump();
+        const Outcome outcome = run(
+            {"play", m_document.c_str(), "--from", time.c_str(), "--to", time.c_str(), "--json"});
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        const json played = json::parse(outcome.out)["world_matrices"][0];
+        std::size_t compared = 0;
+        for (const json& node : expected["nodes"])
+        {
+            const scene::NodePtr known = m_scene->getNodeByID(node["node"]);
+            for (const json& actual : played["nodes"])
+            {
+                if (actual["node"] == node["node"] && canHold(known, node["local"]))
+                {
+                    SCOPED_TRACE(node["node"].get<std::string>() + " at " + time);
+                    const Eigen::Matrix4d world = toMatrix(node["world"]);
+                    const Eigen::Matrix4d difference = toMatrix(actual["world"]) - world;
+                    EXPECT_LE(difference.cwiseAbs().maxCoeff(), 1e-4 * world.cwiseAbs().maxCoeff());
+                    ++compared;
+                }
+            }
+        }
+        EXPECT_GT(compared, 0U);
+    }
+
+    std::string m_document;
     scene::SceneManagerPtr m_scene =
         boost::make_shared<scene::SceneManager>(core::event::EventManagerPtr());
     ReadResult m_result;

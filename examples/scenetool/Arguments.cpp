@@ -1,0 +1,46 @@
+#include "examples/scenetool/Arguments.h"
+
+#include "examples/scenetool/Text.h"
+
+#include <charconv>
+#include <cmath>
+#include <filesystem>
+#include <system_error>
+
+namespace velmoran::examples
+{
+std::optional<double> parseNumber(const std::string& text)
+{
+    double value = 0.0;
+    const char* const end = text.data() + text.size();
+    const auto [last, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || last != end || !std::isfinite(value))
+    {
+        return std::nullopt;
+    }
+    return value;
+}
+
+CLI::Validator secondsFrom(double least)
+{
+    constexpr double DAY = 86400.0;
+    const auto check = [least](const std::string& text)
+    {
+        const std::optional<double> value = parseNumber(text);
+        const bool fits = value && *value >= least && *value <= DAY;
+        return fits ? std::string()
+                    : quoted(text) + " is no number of seconds from " + shortNumber(least) +
+                          " to " + shortNumber(DAY);
+    };
+    return CLI::Validator(check, "");
+}
+
+void refuseOverwriting(const std::string& input, const std::string& output)
+{
+    std::error_code ignored;
+    if (!output.empty() && std::filesystem::equivalent(input, output, ignored))
+    {
+        throw CLI::ValidationError("--obj", "would write over " + input);
+    }
+}
+} // namespace velmoran::examples

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <optional>
+#include <string>
+
+namespace velmoran::examples
+{
+/// A finite decimal number that is all of `text`.
+std::optional<double> parseNumber(const std::string& text);
+
+/// Accepts numbers of seconds, at least `least` and at most a day.
+CLI::Validator secondsFrom(double least);
+
+/// Refuses to write over the file that is read; an empty `output` is fine.
+void refuseOverwriting(const std::string& input, const std::string& output);
+} // namespace velmoran::examples

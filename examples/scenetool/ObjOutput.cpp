@@ -1,0 +1,28 @@
+#include "examples/scenetool/ObjOutput.h"
+
+#include "examples/scenetool/ObjWriter.h"
+#include "examples/scenetool/Text.h"
+
+namespace velmoran::examples
+{
+void writeObjFile(const scene::SceneManagerPtr& scene, const std::string& fileName,
+                  const Console& console)
+{
+    const ObjResult result = writeObj(scene, fileName);
+    console.out << "Wrote " << fileName << ": " << countText(result.points, "point", "points")
+                << ", " << countText(result.faces, "triangle", "triangles") << "; materials in "
+                << result.materialFile << '\n';
+    if (result.skippedFaces > 0)
+    {
+        warn(countText(result.skippedFaces, "triangle", "triangles") +
+                 " with broken indices left out",
+             console);
+    }
+    if (result.skippedPrimitives > 0)
+    {
+        warn(countText(result.skippedPrimitives, "primitive", "primitives") +
+                 " without triangles left out",
+             console);
+    }
+}
+} // namespace velmoran::examples
