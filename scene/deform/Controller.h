@@ -3,6 +3,8 @@
 #include "scene/Export.h"
 #include "scene/Forward.h"
 
+#include <Eigen/Core>
+
 #include <string>
 #include <vector>
 
@@ -38,6 +40,12 @@ public:
     /// The geometry that is deformed: the skin's when there is a skin, else the
     /// morph's; empty when there is neither.
     IGeometryPtr getSourceGeometry() const;
+
+    // The bounds of the skin's source geometry (see `IGeometry`); (0, 0, 0) without one.
+
+    Eigen::Vector3f getBVCenter() const;
+    Eigen::Vector3f getBVMin() const;
+    Eigen::Vector3f getBVMax() const;
 
 private:
     std::string m_id;

@@ -3,6 +3,8 @@
 #include "scene/Export.h"
 #include "scene/Forward.h"
 
+#include <Eigen/Core>
+
 #include <cstdint>
 #include <string>
 
@@ -39,6 +41,13 @@ public:
 
     /// A copy with the same ID and name; never empty.
     virtual IGeometryPtr clone() const = 0;
+
+    // Bounds in the geometry's own space, computed when they are first asked for: that
+    // counts as writing.
+
+    virtual Eigen::Vector3f getBVCenter() = 0;
+    virtual Eigen::Vector3f getBVMin() = 0;
+    virtual Eigen::Vector3f getBVMax() = 0;
 
     virtual ~IGeometry();
 };

@@ -10,7 +10,13 @@
 namespace velmoran::scene
 {
 Mesh::Mesh(std::string id, std::string name)
-    : m_id(std::move(id)), m_name(std::move(name)), m_verticesID(m_id + "_vertices"), m_type(MESH)
+    : m_id(std::move(id)),
+      m_name(std::move(name)),
+      m_verticesID(m_id + "_vertices"),
+      m_type(MESH),
+      m_bvMin(Eigen::Vector3f::Zero()),
+      m_bvMax(Eigen::Vector3f::Zero()),
+      m_bvCenter(Eigen::Vector3f::Zero())
 {
 }
 
@@ -74,6 +80,7 @@ void Mesh::addStream(const StreamPtr& stream)
     if (stream)
     {
         m_streams.push_back(stream);
+        m_hasCurrentBV = false;
     }
 }
 
@@ -83,6 +90,7 @@ void Mesh::removeStream(const StreamPtr& stream)
     if (found != m_streams.end())
     {
         m_streams.erase(found);
+        m_hasCurrentBV = false;
     }
 }
 
@@ -105,11 +113,13 @@ void Mesh::setStreams(const std::vector<StreamPtr>& streams)
     std::copy_if(streams.begin(), streams.end(), std::back_inserter(kept),
                  [](const StreamPtr& stream) { return stream != nullptr; });
     m_streams = std::move(kept);
+    m_hasCurrentBV = false;
 }
 
 void Mesh::clearStreams()
 {
     m_streams.clear();
+    m_hasCurrentBV = false;
 }
 
 void Mesh::addVerticesMapping(const StreamMapping& mapping)
@@ -120,6 +130,7 @@ void Mesh::addVerticesMapping(const StreamMapping& mapping)
     if (!isPresent)
     {
         m_vertices.push_back(mapping);
+        m_hasCurrentBV = false;
     }
 }
 
@@ -131,7 +142,7 @@ const std::vector<StreamMapping>& Mesh::getVertices() const
 void Mesh::setVertices(const std::vector<StreamMapping>& vertices)
 {
     const std::vector<StreamMapping> mappings = vertices; // may be this mesh's own list
-    m_vertices.clear();
+    clearVertices();
     for (const StreamMapping& mapping : mappings)
     {
         addVerticesMapping(mapping);
@@ -141,6 +152,7 @@ void Mesh::setVertices(const std::vector<StreamMapping>& vertices)
 void Mesh::clearVertices()
 {
     m_vertices.clear();
+    m_hasCurrentBV = false;
 }
 
 const std::string& Mesh::getVerticesID() const
@@ -158,6 +170,7 @@ void Mesh::addPrimitive(const IMeshPrimitivePtr& primitive)
     if (primitive)
     {
         m_primitives.push_back(primitive);
+        m_hasCurrentBV = false;
     }
 }
 
@@ -179,6 +192,7 @@ const std::vector<IMeshPrimitivePtr>& Mesh::getMeshPrimitives() const
 void Mesh::clearPrimitives()
 {
     // The last primitive may take this mesh along, so that nothing of it may be touched then.
+    m_hasCurrentBV = false;
     std::vector<IMeshPrimitivePtr> released;
     released.swap(m_primitives);
 }

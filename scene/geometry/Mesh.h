@@ -5,6 +5,7 @@
 #include "scene/geometry/IGeometry.h"
 #include "scene/geometry/StreamMapping.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,30 @@ public:
     /// clones of the primitives. The inputs in its vertices list and in its
     /// primitives still point at this mesh's streams.
     IGeometryPtr clone() const override;
+
+    // Bounds: axis-aligned, in the mesh's own space, (0, 0, 0) at the start.
+    //
+    // Computed when they are first asked for, and again after the lists of streams,
+    // vertices or primitives have changed through this mesh: each primitive's
+    // `calculateMinMax`, then `calculateBV`. What is changed in a stream or a primitive
+    // itself is seen by an explicit `calculateMinMax` and `calculateBV`.
+
+    /// The sum of the primitives' centres, not divided by their number; of a mesh without
+    /// primitives the middle between minimum and maximum.
+    Eigen::Vector3f getBVCenter() override;
+    Eigen::Vector3f getBVMin() override;
+    Eigen::Vector3f getBVMax() override;
+
+    /// Computes maximum, minimum and centre from the bounds that the primitives have.
+    /// A mesh without primitives is sampled: of the positions every step-th one is
+    /// read, where step is the number of their floats divided by 100,000, at least 1.
+    /// Positions of other than three floats, and none, leave the bounds as they are; a
+    /// NaN is skipped.
+    void calculateBV();
+
+    /// The same for the maximum or the minimum alone.
+    void calculateBVMax();
+    void calculateBVMin();
 
     // Streams
 
@@ -96,6 +121,11 @@ public:
     void clearPrimitives();
 
 private:
+    struct Extreme;
+
+    void calculateExtreme(const Extreme& extreme, Eigen::Vector3f& result) const;
+    void updateBV();
+
     std::string m_id;
     std::string m_name;
     std::string m_verticesID;
@@ -103,5 +133,10 @@ private:
     std::vector<StreamMapping> m_vertices;
     std::vector<IMeshPrimitivePtr> m_primitives; ///< none empty
     Type m_type;
+    Eigen::Vector3f m_bvMin;
+    Eigen::Vector3f m_bvMax;
+    Eigen::Vector3f m_bvCenter;
+    std::int32_t m_samplingLimit = 100000; ///< floats, when there are no primitives
+    bool m_hasCurrentBV = false;           ///< for the lists as they are
 };
 } // namespace velmoran::scene

@@ -43,10 +43,16 @@ public:
     const std::vector<StreamMapping>& getStreamMapping() const override;
     Type getType() const override;
 
-    /// The bounds of the positions that were added, together with the origin.
+    /// The bounds of the positions that were added or that `calculateMinMax` has met,
+    /// together with the origin.
     std::vector<float> getBVMin() const override;
     std::vector<float> getBVMax() const override;
     std::vector<float> getBVCenter() const override;
+
+    /// Widens the bounds by the positions that the index records name. Indices that name
+    /// none, positions with a NaN and streams of other than three floats are skipped;
+    /// a mesh without positions is told with a warning. Linear in the index records.
+    void calculateMinMax();
 
     void setMaterialSymbol(std::string symbol) override;
 

@@ -118,6 +118,10 @@ public:
     unsigned int getInstanceGeometryCount() const;
     InstanceGeometryPtr getInstanceGeometry(unsigned int index) const;
 
+    /// The geometry instances, then those of the controller instances; empty where a
+    /// controller instance has none.
+    std::vector<InstanceGeometryPtr> getAllInstancedGeometries() const;
+
     void addInstanceController(const InstanceControllerPtr& instance);
     const std::vector<InstanceControllerPtr>& getInstancedControllers() const;
     unsigned int getInstanceControllerCount() const;
@@ -250,6 +254,20 @@ public:
     /// means that one at most does.
     bool isListedTwice() const;
 
+    // Bounds, in world space: the geometries' corner of greatest (least) coordinates goes
+    // through the world matrix of its node, and those of this node and all nodes below it
+    // are combined. Of each node it is this one corner that is transformed: under a
+    // rotation the result does not enclose the geometry. A node counts with its geometry
+    // instances and those of its controller instances; where there is none, at it and
+    // below, the answer is (0, 0, 0). Geometries compute their bounds when first asked,
+    // which counts as writing. Linear in the number of nodes, plus the depth.
+
+    Eigen::Vector3f getBVMax() const;
+    Eigen::Vector3f getBVMin() const;
+
+    /// The middle between the two.
+    Eigen::Vector3f getBVCenter() const;
+
     // Search. A node is met before its children, children in order; one that is listed
     // more than once only where it is met first.
 
@@ -281,7 +299,6 @@ private:
     bool isAddingHeard() const;
     void raiseTopologyUpdate(const char* kind, const Node& child) const;
     void raiseLayerEvent(const core::event::EventType& type, int layerID) const;
-    InstanceGeometryPtr getMaterialTarget(unsigned int geometryIndex) const;
 
     std::string m_id;
     std::string m_sid;

@@ -92,6 +92,16 @@ InstanceGeometryPtr Node::getInstanceGeometry(unsigned int index) const
     return entryAt(m_instanceGeometries, index);
 }
 
+std::vector<InstanceGeometryPtr> Node::getAllInstancedGeometries() const
+{
+    std::vector<InstanceGeometryPtr> all = m_instanceGeometries;
+    for (const InstanceControllerPtr& controller : m_instanceControllers)
+    {
+        all.push_back(controller->getInstanceGeometry());
+    }
+    return all;
+}
+
 void Node::addInstanceController(const InstanceControllerPtr& instance)
 {
     append(m_instanceControllers, instance);
@@ -115,7 +125,7 @@ InstanceControllerPtr Node::getInstanceController(unsigned int index) const
 void Node::setMaterial(const MaterialPtr& material, unsigned int geometryIndex,
                        unsigned int primitiveIndex)
 {
-    const InstanceGeometryPtr instance = getMaterialTarget(geometryIndex);
+    const InstanceGeometryPtr instance = entryAt(getAllInstancedGeometries(), geometryIndex);
     const auto mesh = instance ? boost::dynamic_pointer_cast<Mesh>(instance->getGeometry())
                                : boost::shared_ptr<Mesh>();
     const IMeshPrimitivePtr primitive =
@@ -224,17 +234,5 @@ void Node::raiseLayerEvent(const EventType& type, int layerID) const
     {
         listeners->triggerEvent(type.getName(), m_id + "," + getLayerName(layerID));
     }
-}
-
-InstanceGeometryPtr Node::getMaterialTarget(unsigned int geometryIndex) const
-{
-    if (geometryIndex < m_instanceGeometries.size())
-    {
-        return m_instanceGeometries[geometryIndex];
-    }
-    const InstanceControllerPtr instance =
-        entryAt(m_instanceControllers,
-                geometryIndex - static_cast<unsigned int>(m_instanceGeometries.size()));
-    return instance ? instance->getInstanceGeometry() : InstanceGeometryPtr();
 }
 } // namespace velmoran::scene
