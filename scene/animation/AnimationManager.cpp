@@ -114,8 +114,11 @@ void AnimationManager::calculateFrameTimes(const AnimationPtr& animation,
     {
         return;
     }
-    // Equal floats hash alike, also 0.0 and -0.0; a NaN equals nothing.
-    std::unordered_set<float> met(out.begin(), out.end());
+    // Equal floats hash alike, also 0.0 and -0.0. A NaN equals nothing and stays outside,
+    // where many of one hash would be searched again and again.
+    std::unordered_set<float> met;
+    const auto isNew = [&met](float key) { return key != key || met.insert(key).second; };
+    std::for_each(out.begin(), out.end(), isNew);
     for (const Animation* const part : childrenFirst(*animation))
     {
         for (const Animation::Channel& channel : part->getChannelArray())
@@ -123,8 +126,7 @@ void AnimationManager::calculateFrameTimes(const AnimationPtr& animation,
             const StreamPtr times =
                 channel.first ? channel.first->getStreamBySemantic(Sampler::INPUT) : StreamPtr();
             const std::vector<float> keys = times ? times->getData() : std::vector<float>();
-            std::copy_if(keys.begin(), keys.end(), std::back_inserter(out),
-                         [&met](float key) { return met.insert(key).second; });
+            std::copy_if(keys.begin(), keys.end(), std::back_inserter(out), isNew);
         }
     }
 }

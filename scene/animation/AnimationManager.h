@@ -18,6 +18,7 @@ namespace velmoran::scene
 {
 class ChannelWarnings;
 class PlaybackPlan;
+struct ChannelBinding;
 
 /// Plays one animation over a scene, and hosts keyframe editing and the animation
 /// camera.
@@ -51,13 +52,17 @@ class PlaybackPlan;
 ///       and column lengths are interpolated linearly, rotations along the great arc,
 ///       and everything from 0.99 of a segment on is its end. "STEP" takes the earlier
 ///       key's matrix as it is. The local matrix becomes B * T * R with the scale S,
-///       where B is the product of the transformations in front of that matrix, as it
-///       was when the animation was set up. Transformations behind it do not count.
+///       where B is the product of the transformations in front of that matrix, as they
+///       were when the animation was set up or the list was changed last. Transformations
+///       behind it do not count. (A list with two matrices that are both driven is
+///       multiplied, as below; keying it keys the node's whole matrix on each.)
 ///     - Any other node: the interpolated values take the places of those in its list
 ///       ("STEP" the earlier key, else linear; a whole matrix as above), the list is
-///       multiplied in order, and the product split as `Node::addTransformation` splits a
-///       matrix. A channel past its last key holds that as long as another one of the
-///       node has a value. Look-at and skew are not applied; rotation axes are normalised.
+///       multiplied in order, and the product taken apart so that T * R * S is the product:
+///       R has the directions of its columns, S their lengths. A channel past its last
+///       key holds that as long as another one of the node has a value, but gives way to
+///       one that has a value for the same number. Look-at and skew are not applied; rotation axes
+///       are normalised.
 ///     In both, the entries of the list themselves are not written. Of several channels
 ///     for one value the last one counts, children before parents. A channel whose streams
 ///     or target can't be used is skipped; unusable targets are told once for each
@@ -76,9 +81,10 @@ class PlaybackPlan;
 /// Events: an update raises "NodeTransformationUpdate" and "SceneUpdate" twice for
 ///     each animated node, once for the matrix and once for the scale. Handlers run under
 ///     the scene lock; they may call this manager.
-/// Cost: an update is linear in the number of channels, whatever the number of keys, plus
-///     once the size of what was changed since the last one. Without listeners it builds
-///     no text and allocates nothing.
+/// Cost: an update is linear in the number of channels, whatever the number of keys. After a
+///     change to what it plays it prepares anew what was changed; after one to what another
+///     player of the process plays it looks once whether that was its own. Without listeners
+///     it builds no text and allocates nothing for the nodes of its scene.
 class VELMORAN_SCENE_EXPORT AnimationManager : public ISceneController
 {
 public:
@@ -187,23 +193,25 @@ public:
     ///
     /// First every node without a matrix in its transformation list gets one, with the
     /// SID "transform" and its local matrix, in place of the list; the former list is not
-    /// restored. Then keys closer than 5 ms are removed, `time` is appended to the frame
+    /// restored. Then of each channel below the animation's children the last key
+    /// closer than 5 ms is removed, `time` is appended to the frame
     /// times and each node's local matrix is keyed, except for the root and the node of
     /// the scene's first camera; a node with the scene's ID counts as the root. Without
     /// current animation only the lists are converted. A time that is not finite does
     /// nothing. Linear in the number of nodes and of keys.
     void insertKeyframe(float time);
 
-    /// Removes the frame times that equal `time`, except that of two in a row the second
-    /// one stays, and the keys closer than 5 ms to it from the children of `animation`.
-    /// The loop duration becomes that of `animation`. Does nothing for an empty handle.
+    /// Removes the frame times that equal `time`, but of several in a row only every
+    /// other one, the first included, and the keys closer than 5 ms to it from the children of
+    /// `animation`. The loop duration becomes that of `animation`. Does nothing for an empty
+    /// handle.
     void removeKeyFrame(const AnimationPtr& animation, float time);
 
     /// Appends a frame time (seconds), also one that is there already.
     void insertFrameTime(float time);
 
-    /// Removes the frame times that equal `time`, except that of two in a row the second
-    /// one stays.
+    /// Removes the frame times that equal `time`, but of several in a row only every
+    /// other one, the first included.
     void removeFrameTime(float time);
 
     /// The frame times (seconds) in the order of insertion.
@@ -226,6 +234,8 @@ public:
 private:
     bool movePlayhead(const Duration& elapsed);
     bool writePoses(const SceneManagerPtr& scene);
+    const Eigen::Matrix4f* setUpNode(const NodePtr& node,
+                                     const std::vector<ChannelBinding>& channels);
     PlaybackPlan& preparePlan(const SceneManagerPtr& scene);
 
     boost::weak_ptr<SceneManager> m_sceneManager;

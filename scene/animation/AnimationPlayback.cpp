@@ -177,7 +177,11 @@ PlaybackPlan& AnimationManager::preparePlan(const SceneManagerPtr& scene)
     {
         m_plan = std::make_unique<PlaybackPlan>(m_animation);
     }
-    m_plan->update(scene, m_baseMatrices, *m_warnings);
+    m_plan->update(
+        scene,
+        [this](const NodePtr& node, const std::vector<ChannelBinding>& channels)
+        { return setUpNode(node, channels); },
+        *m_warnings);
     return *m_plan;
 }
 
@@ -195,20 +199,30 @@ void AnimationManager::setUpAnimation(const AnimationPtr& animation)
     binder.bind(*animation);
     for (const auto& [node, channels] : binder.getBindings())
     {
-        std::vector<std::string>& sids = m_targetedTransformations[node];
-        for (const ChannelBinding& channel : channels)
+        setUpNode(node, channels);
+    }
+}
+
+/// Enters what playback drives of a node, and answers its base matrix; null for none.
+const Eigen::Matrix4f* AnimationManager::setUpNode(const NodePtr& node,
+                                                   const std::vector<ChannelBinding>& channels)
+{
+    std::vector<std::string>& sids = m_targetedTransformations[node];
+    for (const ChannelBinding& channel : channels)
+    {
+        if (std::find(sids.begin(), sids.end(), channel.sid) == sids.end())
         {
-            if (std::find(sids.begin(), sids.end(), channel.sid) == sids.end())
-            {
-                sids.push_back(channel.sid);
-            }
-        }
-        if (isDrivenByMatrix(channels) && channels.front().entry != 0)
-        {
-            m_baseMatrices[node] =
-                productOfFirst(node->getOriginalTransformations(), channels.front().entry);
+            sids.push_back(channel.sid);
         }
     }
+    if (!isDrivenByMatrix(channels) || channels.front().entry == 0)
+    {
+        m_baseMatrices.erase(node);
+        return nullptr;
+    }
+    Eigen::Matrix4f& base = m_baseMatrices[node];
+    base = productOfFirst(node->getOriginalTransformations(), channels.front().entry);
+    return &base;
 }
 
 void AnimationManager::playAnimation(const AnimationPtr& animation, EvaluatedTransformations& out)
@@ -222,7 +236,9 @@ void AnimationManager::playAnimation(const AnimationPtr& animation, EvaluatedTra
     if (animation != m_animation)
     {
         other = std::make_unique<PlaybackPlan>(animation);
-        other->update(scene, m_baseMatrices, *m_warnings);
+        other->update(
+            scene, [](const NodePtr&, const std::vector<ChannelBinding>&) { return nullptr; },
+            *m_warnings);
     }
     PlaybackPlan& plan = other ? *other : preparePlan(scene);
     plan.evaluate(evaluationTime(m_currentTime),

@@ -9,7 +9,8 @@
 namespace velmoran::scene
 {
 /// An animation and all animations below it, children before their parent and in order.
-/// One that is listed more than once stands where it would be met last. Needs no
+/// One that is listed more than once stands only where it is met last, which may be behind
+/// one of its parents. Needs no
 /// recursion and ends where animations stand below themselves.
 template <typename AnimationType>
 std::vector<AnimationType*> childrenFirst(AnimationType& root)

@@ -65,11 +65,14 @@ bool isDrivenByMatrix(const std::vector<ChannelBinding>& channels)
 
 void ChannelWarnings::warn(const SamplerPtr& sampler, const std::string& target, int kind)
 {
-    if (m_told.emplace(sampler, target).second)
+    if (!m_told.emplace(sampler, target).second)
     {
-        m_logger << (kind == ITransformation::TRANSLATE
-                         ? "[WARN] Animating Translation with no valid target..."
-                         : "[WARN] No valid target...");
+        return;
+    }
+    m_logger << "[WARN] No valid target...";
+    if (kind == ITransformation::TRANSLATE)
+    {
+        m_logger << "[WARN] Animating Translation with no valid target...";
     }
 }
 
@@ -105,7 +108,7 @@ void ChannelBinder::bindChannel(const SamplerPtr& sampler, const std::string& ta
         return;
     }
     const ChannelTarget parsed(target);
-    const NodePtr node = m_scene.getNodeByID(parsed.nodeId);
+    const NodePtr node = parsed.hasPath ? m_scene.getNodeByID(parsed.nodeId) : NodePtr();
     const std::size_t entry = node ? findEntry(node, parsed.sid) : 0;
     if (!node || entry == node->getOriginalTransformations().size())
     {

@@ -35,6 +35,7 @@ ChannelTarget::ChannelTarget(const std::string& target) : nodeId(target.substr(0
     {
         return;
     }
+    hasPath = true;
     path = target.substr(nodeId.size() + 1);
     const std::size_t dot = path.find('.');
     if (dot != std::string::npos)

@@ -11,11 +11,12 @@ struct ChannelTarget
 {
     explicit ChannelTarget(const std::string& target);
 
-    std::string nodeId;  ///< up to the first "/"; all of it when there is none
-    std::string path;    ///< behind the first "/"
-    std::string sid;     ///< the path up to its first "." or "("
-    std::string member;  ///< behind the first "." of the path
-    std::string indices; ///< the path from its first "(" on, unless a "." stands before it
+    bool hasPath = false; ///< whether there is a "/"; without one the target names nothing
+    std::string nodeId;   ///< up to the first "/"; all of it when there is none
+    std::string path;     ///< behind the first "/"
+    std::string sid;      ///< the path up to its first "." or "("
+    std::string member;   ///< behind the first "." of the path
+    std::string indices;  ///< the path from its first "(" on, unless a "." stands before it
 };
 
 /// Which numbers of a transformation a channel drives.

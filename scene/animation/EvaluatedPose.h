@@ -19,4 +19,8 @@ struct EvaluatedPose
         return zeros == Eigen::Vector4f::Zero();
     }
 };
+/// The pose whose T * R * S is `matrix`, sheared or mirrored as it may be: R has the
+/// directions of its columns, S their lengths. A column of zeros has the direction that the
+/// rotation of the polar decomposition gives it.
+EvaluatedPose poseAsIs(const Eigen::Matrix4f& matrix);
 } // namespace velmoran::scene

@@ -32,7 +32,7 @@ public:
     /// Goes to `time` (seconds). Constant when that is near the last one.
     void setTime(float time)
     {
-        m_moment.state = m_times->size() == 0 ? KeyMoment::NO_KEYS : KeyMoment::OVER;
+        m_moment.state = m_times->hasTimes() ? KeyMoment::OVER : KeyMoment::NO_KEYS;
         if (m_times->find(time, m_cursor, m_moment.segment))
         {
             m_moment.state = KeyMoment::WITHIN;

@@ -26,6 +26,7 @@ KeyTimes::KeyTimes(std::vector<float> times)
     {
         greatest = time > greatest ? time : greatest; // a NaN reaches nothing
         m_reach.push_back(greatest);
+        m_hasTimes = m_hasTimes || time == time;
     }
 }
 

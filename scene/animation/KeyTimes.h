@@ -27,6 +27,9 @@ public:
 
     std::size_t size() const { return m_times.size(); }
 
+    /// Whether any time is a number.
+    bool hasTimes() const { return m_hasTimes; }
+
     /// Whether all times are the same, bit by bit.
     bool isSameAs(const KeyTimes& other) const;
 
@@ -45,6 +48,7 @@ private:
     bool isFirstReaching(std::size_t index, float time) const;
 
     std::vector<float> m_times;
+    bool m_hasTimes = false;
     std::vector<float> m_reach; ///< the greatest time up to each key: rises, reaches a
                                 ///< moment first where m_times does
     std::size_t m_hash = 0;

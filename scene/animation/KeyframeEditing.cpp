@@ -42,10 +42,11 @@ void insertName(Stream& stream, std::size_t index)
 {
     // A key without a name is linear, too.
     std::vector<std::string> names = stream.getNameList();
-    names.resize(std::max(names.size(), index), "LINEAR");
+    const std::size_t missing = index - std::min(names.size(), index);
+    names.resize(names.size() + missing, "LINEAR");
     names.insert(names.begin() + static_cast<std::ptrdiff_t>(index), "LINEAR");
     stream.setNameList(std::move(names));
-    stream.setCount(stream.getCount() + 1);
+    stream.setCount(stream.getCount() + static_cast<int>(missing) + 1);
 }
 
 /// Zeros for one key behind the slot of the first key.

@@ -12,10 +12,6 @@ namespace velmoran::scene
 void ListTrack::put(const KeyMoment& moment, TransformationValues& values) const
 {
     EvaluatedPose pose;
-    if (moment.state == KeyMoment::NO_KEYS)
-    {
-        return;
-    }
     if (matrices == nullptr)
     {
         keys->evaluate(moment.segment, count, &values.floats[first]);
@@ -44,16 +40,23 @@ bool evaluateList(const std::vector<ITransformationPtr>& list, const ListTrack* 
     for (std::size_t entry = 0; entry < list.size(); ++entry)
     {
         TransformationValues values = valuesOf(*list[entry]);
-        for (; track != end && track->entry == entry; ++track)
+        const ListTrack* const next = std::find_if(
+            track, end, [entry](const ListTrack& other) { return other.entry != entry; });
+        // What is over gives way to what still has a value.
+        for (const KeyMoment::State state : {KeyMoment::OVER, KeyMoment::WITHIN})
         {
-            track->put(momentOf(*track), values);
+            for (const ListTrack* one = track; one != next; ++one)
+            {
+                if (momentOf(*one).state == state)
+                {
+                    one->put(momentOf(*one), values);
+                }
+            }
         }
+        track = next;
         product *= matrixOf(values);
     }
-    const TransformParts parts = splitTransform(product);
-    pose.matrix = composeTransform(parts.translation, withUnitColumns(parts.rotation),
-                                   Eigen::Vector3f::Ones());
-    pose.scale << parts.scaling.diagonal(), 0.0F;
+    pose = poseAsIs(product);
     return true;
 }
 } // namespace velmoran::scene

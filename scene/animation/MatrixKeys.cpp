@@ -41,24 +41,6 @@ void connect(MatrixKey& key, const MatrixKey& next)
         key.inverseSine = 1.0F / std::sin(key.angle);
     }
 }
-
-/// The pose whose T * R * S is the key's matrix, sheared or mirrored as it may be. A
-/// column of zeros has the direction that the key's rotation gives it.
-EvaluatedPose poseAsIs(const Eigen::Matrix4f& key)
-{
-    const Eigen::Matrix3f linear = key.topLeftCorner<3, 3>();
-    const Eigen::Vector3f lengths = columnLengths(linear);
-    Eigen::Matrix3f directions = withUnitColumns(linear);
-    for (int i = 0; i < 3; ++i)
-    {
-        if (lengths[i] == 0.0F)
-        {
-            directions.col(i) = splitTransform(key).rotation.col(i);
-        }
-    }
-    const Eigen::Vector3f translation = key.topRightCorner<3, 1>();
-    return {composeTransform(translation, directions, Eigen::Vector3f::Ones()), withZero(lengths)};
-}
 } // namespace
 
 MatrixKeys::MatrixKeys(const std::vector<float>& values, std::size_t stride,

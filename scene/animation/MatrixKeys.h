@@ -43,6 +43,12 @@ public:
     /// infinity where the keys do.
     bool evaluate(const KeyTimes::Segment& segment, EvaluatedPose& pose) const;
 
+    void prefetch(const KeyTimes::Segment& segment) const
+    {
+        __builtin_prefetch(m_keys.data() + segment.first);
+        __builtin_prefetch(m_keys.data() + segment.second);
+    }
+
 private:
     static constexpr float SNAP = 0.99F;
 

@@ -8,7 +8,7 @@
 
 namespace velmoran::scene
 {
-void PlaybackPlan::update(const SceneManagerPtr& scene, const BaseMatrices& bases,
+void PlaybackPlan::update(const SceneManagerPtr& scene, const SetUp& setUp,
                           ChannelWarnings& warnings)
 {
     if (isCurrent())
@@ -30,10 +30,7 @@ void PlaybackPlan::update(const SceneManagerPtr& scene, const BaseMatrices& base
     std::size_t place = 0;
     for (const auto& [node, channels] : binder.getBindings())
     {
-        const auto base = bases.find(node);
-        const bool hasBase = base != bases.end() && isDrivenByMatrix(channels);
-        addDriver({node.get(), hasBase ? &base->second : nullptr, place,
-                   PoseWriter::belongsTo(scene, *node)},
+        addDriver({node.get(), setUp(node, channels), place, PoseWriter::belongsTo(scene, *node)},
                   channels);
         ++place;
     }

@@ -7,11 +7,12 @@
 #include "scene/animation/MatrixKeys.h"
 #include "scene/animation/PoseLanes.h"
 #include "scene/graph/Node.h"
+#include "scene/graph/PoseWriter.h"
 #include "scene/manager/NodeIndex.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <functional>
 #include <unordered_map>
 #include <vector>
 
@@ -24,7 +25,10 @@ namespace velmoran::scene
 class PlaybackPlan
 {
 public:
-    using BaseMatrices = std::map<NodePtr, Eigen::Matrix4f>;
+    /// Told of every node that is found, with its channels; answers its base matrix, null
+    /// for none, which stays as it is as long as the plan is used.
+    using SetUp =
+        std::function<const Eigen::Matrix4f*(const NodePtr&, const std::vector<ChannelBinding>&)>;
 
     /// A node that is driven.
     struct Driven
@@ -39,9 +43,8 @@ public:
     explicit PlaybackPlan(const AnimationPtr& animation) : m_animation(animation) {}
 
     /// Takes what has changed in the animation and in `scene` since the last call into
-    /// account. Constant when nothing has. `bases` must stay as it is while the plan is used,
-    /// and `scene` the same.
-    void update(const SceneManagerPtr& scene, const BaseMatrices& bases, ChannelWarnings& warnings);
+    /// account. Constant when nothing has. `scene` must be the same while the plan is used.
+    void update(const SceneManagerPtr& scene, const SetUp& setUp, ChannelWarnings& warnings);
 
     /// Calls `visit(const Driven&, EvaluatedPose&)` for every node that has a pose at
     /// `time`, in no certain order. The nodes live as long as the scene is not changed,
@@ -105,11 +108,18 @@ void PlaybackPlan::evaluate(float time, Visit visit)
         }
         count = 0;
     };
-    for (const MatrixDriver& driver : m_matrixDrivers)
+    for (std::size_t d = 0; d < m_matrixDrivers.size(); ++d)
     {
+        const MatrixDriver& driver = m_matrixDrivers[d];
         const KeyMoment& moment = m_clocks[driver.clock].getMoment();
+        if (d + 16 < m_matrixDrivers.size())
+        {
+            __builtin_prefetch(m_matrixDrivers[d + 16].keys);
+            m_matrixDrivers[d + 8].keys->prefetch(moment.segment);
+        }
         if (moment.state == KeyMoment::WITHIN && driver.keys->set(lanes, count, moment.segment))
         {
+            PoseWriter::prefetch(*driver.driven.node);
             inLanes[count++] = &driver.driven;
             if (count == PoseLanes::COUNT)
             {

@@ -33,6 +33,17 @@ public:
     static void writeSilently(Node& node, const Eigen::Matrix4f& matrix,
                               const Eigen::Vector4f& scale);
 
+    /// Asks for the memory that `writeSilently` will write soon.
+    static void prefetch([[maybe_unused]] const Node& node)
+    {
+#if defined(__GNUC__)
+        const auto* const address = reinterpret_cast<const char*>(&node.m_translation);
+        __builtin_prefetch(address, 1);
+        __builtin_prefetch(address + 64, 1);
+        __builtin_prefetch(address + 128, 1);
+#endif
+    }
+
 private:
     bool m_silent;
 };

@@ -16,7 +16,8 @@ struct TransformParts
 {
     Eigen::Vector3f translation;
     Eigen::Matrix3f rotation; ///< proper: its determinant is 1
-    Eigen::Matrix3f scaling;  ///< symmetric; diagonal where the matrix has no shear
+    Eigen::Matrix3f
+        scaling; ///< symmetric; diagonal where the matrix has no shear and does not mirror
 };
 
 /// Splits the upper three rows of `matrix` by the polar decomposition of its linear part,
