@@ -25,6 +25,7 @@ set(velmoran_private_headers
     scene/animation/RevisionStamp.h
     scene/animation/SamplerKeys.h
     scene/geometry/CornerWriter.h
+    scene/geometry/StreamList.h
     scene/graph/HandleList.h
     scene/graph/NodeWalk.h
     scene/graph/PoseWriter.h

@@ -82,4 +82,10 @@ const EventType& sceneNewCamera()
     static const EventType& type = *new EventType("SceneNewCamera");
     return type;
 }
+
+const EventType& displayMessageAt()
+{
+    static const EventType& type = *new EventType("DisplayMessageAt");
+    return type;
+}
 } // namespace velmoran::scene::events

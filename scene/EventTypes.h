@@ -50,4 +50,8 @@ VELMORAN_SCENE_EXPORT const EventType& sceneSurroundingUpdate();
 
 /// "SceneNewCamera": SID of the new camera's instance.
 VELMORAN_SCENE_EXPORT const EventType& sceneNewCamera();
+
+/// "DisplayMessageAt": text for the user, and the place on the screen; these fields are
+/// separated by ", ", as in "Morphing failed., 10, 10".
+VELMORAN_SCENE_EXPORT const EventType& displayMessageAt();
 } // namespace velmoran::scene::events

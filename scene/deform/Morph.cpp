@@ -11,5 +11,10 @@ IGeometryPtr Morph::getSourceGeometry() const
     return m_sourceGeometry;
 }
 
+void Morph::setSourceGeometry(const IGeometryPtr& sourceGeometry)
+{
+    m_sourceGeometry = sourceGeometry;
+}
+
 void Morph::setStreams(const std::vector<Stream>&) {}
 } // namespace velmoran::scene

@@ -19,6 +19,7 @@ public:
 
     /// The geometry that is deformed; empty when none was given.
     IGeometryPtr getSourceGeometry() const;
+    void setSourceGeometry(const IGeometryPtr& sourceGeometry);
 
     /// Accepted from a reader of documents and not kept: nothing blends shapes by
     /// these arrays.

@@ -1,8 +1,10 @@
 #include "scene/deform/Skin.h"
 
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/StreamList.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace velmoran::scene
@@ -17,6 +19,11 @@ Skin::~Skin() = default;
 IGeometryPtr Skin::getSourceGeometry() const
 {
     return m_sourceGeometry;
+}
+
+void Skin::setSourceGeometry(const IGeometryPtr& sourceGeometry)
+{
+    m_sourceGeometry = sourceGeometry;
 }
 
 const Eigen::Matrix4f& Skin::getBindShapeMatrix() const
@@ -78,13 +85,18 @@ StreamPtr Skin::getVertexWeightsInput(const std::string& semantic) const
 
 void Skin::replaceVertexWeightsStream(const std::string& semantic, const StreamPtr& stream)
 {
-    const StreamPtr current = getVertexWeightsInput(semantic);
-    if (!stream || !current)
+    replaceStream(getVertexWeightsInput(semantic), stream);
+}
+
+void Skin::replaceStream(const StreamPtr& current, const StreamPtr& stream)
+{
+    const StreamPtr replaced = current; // the arguments may be entries that are overwritten
+    const StreamPtr kept = stream;
+    if (!kept || !replaceEntry(m_streams, replaced, kept))
     {
         return;
     }
-    *std::find(m_streams.begin(), m_streams.end(), current) = stream;
-    std::replace(std::begin(m_inputs), std::end(m_inputs), current, stream);
+    std::replace(std::begin(m_inputs), std::end(m_inputs), replaced, kept);
 }
 
 const std::vector<unsigned int>& Skin::getVCount() const
@@ -105,6 +117,54 @@ const std::vector<int>& Skin::getV() const
 void Skin::setV(std::vector<int> v)
 {
     m_v = std::move(v);
+}
+
+void Skin::getVertexJointsAndWeights(int vertex, std::vector<int>& joints,
+                                     std::vector<float>& weights) const
+{
+    const StreamPtr& stream = m_inputs[WEIGHTS_WEIGHT];
+    if (vertex < 0 || static_cast<std::size_t>(vertex) >= m_vcount.size() || !stream)
+    {
+        return;
+    }
+    const std::size_t available = m_v.size() / 2; // influences that `v` has room for
+    std::size_t first = 0;
+    for (int i = 0; i < vertex; ++i)
+    {
+        first += std::min<std::size_t>(m_vcount[static_cast<std::size_t>(i)], available - first);
+    }
+    const std::size_t count =
+        std::min<std::size_t>(m_vcount[static_cast<std::size_t>(vertex)], available - first);
+    const std::vector<float>& values = stream->getData();
+    for (std::size_t i = first; i < first + count; ++i)
+    {
+        const int weight = m_v[2 * i + 1];
+        if (weight >= 0 && static_cast<std::size_t>(weight) < values.size())
+        {
+            joints.push_back(m_v[2 * i]);
+            weights.push_back(values[static_cast<std::size_t>(weight)]);
+        }
+    }
+}
+
+void Skin::calculateNewJointsAndWeights(int vertexA, int vertexB, std::vector<int>& joints,
+                                        std::vector<float>& weights) const
+{
+    std::vector<int> joined;
+    std::vector<float> joinedWeights;
+    getVertexJointsAndWeights(vertexA, joined, joinedWeights);
+    getVertexJointsAndWeights(vertexB, joined, joinedWeights);
+
+    std::map<int, float> sums; // in ascending order of the joints
+    for (std::size_t i = 0; i < joined.size(); ++i)
+    {
+        sums[joined[i]] += joinedWeights[i];
+    }
+    for (const auto& [joint, sum] : sums)
+    {
+        joints.push_back(joint);
+        weights.push_back(sum * 0.5F);
+    }
 }
 
 Skin::Input Skin::jointsInput(const std::string& semantic)

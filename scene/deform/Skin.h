@@ -33,6 +33,9 @@ public:
     /// The skinned mesh; empty when none was given.
     IGeometryPtr getSourceGeometry() const;
 
+    /// Makes the skin deform another mesh, to whose vertices the influences then belong.
+    void setSourceGeometry(const IGeometryPtr& sourceGeometry);
+
     /// The matrix that takes the mesh to where it was bound to the skeleton.
     const Eigen::Matrix4f& getBindShapeMatrix() const;
     void setBindShapeMatrix(const Eigen::Matrix4f& matrix);
@@ -72,6 +75,12 @@ public:
     /// not set.
     void replaceVertexWeightsStream(const std::string& semantic, const StreamPtr& stream);
 
+    /// Puts `stream` in the place of `current` wherever the skin holds that: in the list
+    /// of streams and as any of the four inputs. Nothing changes when either is empty or
+    /// `current` is none of the skin's streams. A stream that is in the list already is
+    /// not listed twice.
+    void replaceStream(const StreamPtr& current, const StreamPtr& stream);
+
     // Influences
 
     /// The number of influences of each vertex.
@@ -81,6 +90,25 @@ public:
     /// Joint index and weight index of each influence, in vertex order.
     const std::vector<int>& getV() const;
     void setV(std::vector<int> v);
+
+    /// Appends the influences of a vertex, in order: to `joints` the joint indices as they
+    /// are stored, to `weights` the values of the vertex-weights input "WEIGHT".
+    ///
+    /// An influence that `v` has no room for, or whose weight index lies outside the
+    /// stream, is left out of both; joint indices are not checked. Nothing is appended for
+    /// a vertex without influences or outside `vcount`, nor without weights.
+    /// Cost: linear in `vertex`, whose predecessors' counts are summed. Whoever needs all
+    /// vertices goes through the lists once.
+    void getVertexJointsAndWeights(int vertex, std::vector<int>& joints,
+                                   std::vector<float>& weights) const;
+
+    /// Appends the influences of a new vertex halfway between two others: every joint of
+    /// either, in ascending order, with half the sum of its weights. Weights of a joint
+    /// that a vertex lists more than once are added up. The result's weights sum to what
+    /// the two vertices' weights average; they are not normalised.
+    /// Cost: as two calls of `getVertexJointsAndWeights`.
+    void calculateNewJointsAndWeights(int vertexA, int vertexB, std::vector<int>& joints,
+                                      std::vector<float>& weights) const;
 
 private:
     enum Input

@@ -1,7 +1,8 @@
 #include "scene/geometry/Mesh.h"
 
-#include "scene/geometry/IMeshPrimitive.h"
+#include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/StreamList.h"
 
 #include <boost/make_shared.hpp>
 
@@ -120,6 +121,26 @@ void Mesh::clearStreams()
 {
     m_streams.clear();
     m_hasCurrentBV = false;
+}
+
+void Mesh::replaceStream(const StreamPtr& current, const StreamPtr& stream)
+{
+    const StreamPtr replaced = current; // the arguments may be entries that are overwritten
+    const StreamPtr kept = stream;
+    if (!replaced || !kept)
+    {
+        return;
+    }
+    replaceEntry(m_streams, replaced, kept);
+    replaceInMappings(m_vertices, replaced, kept);
+    for (const IMeshPrimitivePtr& primitive : m_primitives)
+    {
+        auto* const base = dynamic_cast<MeshPrimitiveBase*>(primitive.get());
+        if (base != nullptr)
+        {
+            base->replaceStream(replaced, kept);
+        }
+    }
 }
 
 void Mesh::addVerticesMapping(const StreamMapping& mapping)

@@ -92,6 +92,11 @@ public:
     void setStreams(const std::vector<StreamPtr>& streams);
     void clearStreams();
 
+    /// Puts `stream` in the place of `current` wherever this mesh holds that: in the list
+    /// of streams, in the vertices list and as an input of the primitives. Nothing happens
+    /// when either is empty. A stream that is in the list already is not listed twice.
+    void replaceStream(const StreamPtr& current, const StreamPtr& stream);
+
     // Vertices list
 
     /// Appends `mapping`, unless there is one of its semantic already.

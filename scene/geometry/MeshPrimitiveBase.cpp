@@ -6,6 +6,7 @@
 #include "scene/geometry/CornerWriter.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/StreamList.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/geometry/VertexElement.h"
 
@@ -171,6 +172,14 @@ int MeshPrimitiveBase::locate(StreamSemantic semantic, bool wantsOffset) const
         return -1;
     }
     return findVerticesMapping(semantic) != nullptr ? vertexPlace : -1;
+}
+
+void MeshPrimitiveBase::replaceStream(const StreamPtr& current, const StreamPtr& stream)
+{
+    if (current)
+    {
+        replaceInMappings(m_streamMapping, StreamPtr(current), StreamPtr(stream));
+    }
 }
 
 StreamPtr MeshPrimitiveBase::validateStreamStateForVertexElement(const VertexElementPtr& element,

@@ -77,6 +77,10 @@ public:
     /// The same as `getStreamMappingIndexForSemantic`, but answers the input's offset.
     int getStreamMappingOffsetForSemantic(StreamSemantic semantic) const;
 
+    /// Puts `stream` in the place of `current` in the inputs that read it. An empty
+    /// `current` is not looked for.
+    void replaceStream(const StreamPtr& current, const StreamPtr& stream);
+
     // Reading and adding values
 
     /// The stream that takes values of `element`: the one that is there, else a new one

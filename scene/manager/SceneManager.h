@@ -381,6 +381,136 @@ public:
                          const std::map<int, int>& layerMap, bool discardRepeated,
                          bool mergeRepeated);
 
+    // Avatars: skinned meshes with a skeleton of nodes of the type "JOINT". All of these
+    // run on the calling thread and take no lock: hold the scene lock where others may read,
+    // also that of the other scene. Worlds are products along the parents, column vectors.
+
+    /// The vertices of a skinned mesh in its present pose: linear blend skinning
+    /// (Magnenat-Thalmann, Laperriere, Thalmann 1988).
+    ///
+    /// Each vertex p becomes N * S * B * p, where N is the world matrix of `node`, B the
+    /// skin's bind shape matrix and S the sum of weight * joint's world * joint's inverse
+    /// bind matrix over the vertex's influences. The weights are taken as they are, not
+    /// normalised; a vertex without influences becomes zeros. p is the vertex's first
+    /// four floats; a missing z is 0, a missing w is 1. The fourth is not divided by;
+    /// floats beyond the fourth are taken over.
+    ///
+    /// Inputs: `vertices`, tuples of any stride in the order of the skin's `vcount`;
+    ///     `weightJoints`, the names (`Stream::getNameList`) in which the joint indices of
+    ///     influences count; `weights`, in which weight indices count; `bindJoints`, the
+    ///     names of the joints in the order of `inverseBindMatrices`, 16 floats each, row
+    ///     by row. A joint that is not in `bindJoints` takes the inverse bind matrix at its
+    ///     own joint index. Joints are nodes of `sceneManager` with the name as ID.
+    /// Result: a new stream with ID and stride of `vertices` that stores equal tuples
+    ///     again, of as many tuples. Empty when `vertices` has none or its stride is not
+    ///     positive; an empty handle when `vertices` is one.
+    /// Broken data: an influence is left out of the sum when `v` ends before it, when its
+    ///     joint index, weight index or matrix lies outside its list, when its joint has no
+    ///     node, or when a list that it needs is missing. Vertices beyond `vcount` have no
+    ///     influences. Without `node`, N is the identity. Changes nothing else.
+    /// Precision: each joint's matrices are multiplied once, in double precision; sums are
+    ///     single. Cost: linear in the vertices, influences and names, plus a walk
+    ///     from each joint up to the root, of which shared parts are walked once.
+    static StreamPtr
+    calculateSkinnedVerticesStream(const boost::shared_ptr<SceneManager>& sceneManager,
+                                   const NodePtr& node, const StreamPtr& vertices,
+                                   const SkinPtr& skin, const StreamPtr& weightJoints,
+                                   const StreamPtr& weights, const StreamPtr& inverseBindMatrices,
+                                   const StreamPtr& bindJoints);
+
+    /// Appends the nodes of the type "JOINT" below `node`, which is included, to `joints`: a
+    /// node before its children, children in order, a node that several parents list where
+    /// it is met first. Appends to `parents`, for each of them, the index in `joints` of
+    /// the first entry that is its parent; -1 when its parent is not a joint, or not in
+    /// `joints`. An empty handle appends nothing. Linear.
+    static void transverseSceneForJoints(const NodePtr& node, std::vector<NodePtr>& joints,
+                                         std::vector<int>& parents);
+
+    /// Moves this scene's skeleton to new joint positions, and its skinned mesh along.
+    ///
+    /// `joints` is a scene whose only geometry is a mesh whose vertices list is a single
+    /// input; the first three floats of its i-th tuple are the new world position of the
+    /// i-th joint that `transverseSceneForJoints` collects from this scene's root. A tuple
+    /// that is not three finite numbers is no position. This scene must have a single
+    /// controller, with a skin.
+    ///
+    /// Joints: afterwards the world translation of each joint is its position. The joint
+    ///     turns by the smallest rotation that takes the direction from it to its child
+    ///     from the old to the new one (Rodrigues 1840); that child is the first joint
+    ///     below it, with or without other nodes between. A joint without one, or
+    ///     that coincides with it before or after, turns as the joint above it. Scales
+    ///     stay; below an uneven scale the turn is the rotation next to it that keeps the
+    ///     bone's direction in the joint's own frame. Nodes that are not joints keep
+    ///     their local matrices and so move along.
+    /// Mesh: vertices keep their values. What one joint carries keeps its place in that
+    ///     joint's frame; what several carry is blended between them. The skin gets a
+    ///     new stream of inverse bind matrices (whoever shares the old one keeps that), in
+    ///     which what a node can't hold of its joint's frame is made up for, and its bind
+    ///     shape matrix anew.
+    /// Events: those of `Node::setTransformations`, once for each joint in order, for
+    ///     "sacrum" last, after the skin is ready.
+    /// Errors: an empty handle does nothing. Else the first of these that holds is
+    ///     logged and nothing is changed:
+    ///     "Invalid joints scene. Found more than one geometry." (or none),
+    ///     "Invalid joints scene. Found more than one vertices stream mapping." (or none,
+    ///     or no mesh), "Invalid joints scene. Found different number of joints.",
+    ///     "Invalid scene. Scene must have one and only one controller.",
+    ///     "Invalid scene. Scene must have one and only one controller with a valid skin.".
+    /// Cost: linear in the nodes of this scene, without regard to its vertices.
+    void replaceJoints(const boost::shared_ptr<SceneManager>& joints);
+
+    /// Blends this scene's avatar with `target`'s: 0 gives the target's shape, 1 keeps this
+    /// scene's own.
+    ///
+    /// An avatar is the mesh "human-template-lib", skinned by the first controller instance
+    /// of the node "human-template", with a skeleton that begins at the node "sacrum".
+    /// The "sacrum" of both scenes is set to the identity first, where there is one.
+    /// Vertices: every float of this avatar's vertex stream (the positions) becomes
+    ///     own * ratio + target's * (1 - ratio), both posed as by
+    ///     `calculateSkinnedVerticesStream`; that is in world space. They stay as they are
+    ///     when the two meshes differ in the number or the stride of their vertices. A
+    ///     target that shares the stream through another mesh keeps it; this scene gets one
+    ///     of its own then, as by `replaceSharedStreams`.
+    /// Joints: moved as by `replaceJoints` to the blend of the world positions of the two
+    ///     joints of an ID; "sacrum" is not turned, so that the next morph finds the avatar
+    ///     as this one leaves it. When a joint has no namesake in `target`, or that
+    ///     operation finds another fault, it logs its message and the joints stay.
+    /// Binding: blended vertices are bound to the skeleton as it then is, whether it has
+    ///     moved or not: with W a joint's and N the node's world matrix, each inverse bind
+    ///     matrix becomes the inverse of W, the bind shape matrix that of N. So
+    ///     skinning gives the blended vertices back where the weights of a vertex sum
+    ///     to 1. The streams of the skin that change are new ones.
+    /// Errors: an empty `target` does nothing. Else the first of these that holds raises
+    ///     "DisplayMessageAt", with ", 10, 10" behind it, and ends the operation; from the
+    ///     second on the "sacrum" nodes have been reset.
+    ///     "Invalid morph ratio. Morphing failed." (outside [0, 1] or NaN),
+    ///     "Invalid morph targets. Missing avatar controller.",
+    ///     "Invalid morph targets. Missing avatar skin.",
+    ///     "Invalid morph targets. Missing avatar geometry." (or not a mesh).
+    /// Events: those of the nodes that change; nothing for the vertices.
+    /// `target` may be this scene. Of `target` only "sacrum" is changed. Linear in the
+    /// vertices, joints and nodes of both.
+    void morph(const boost::shared_ptr<SceneManager>& target, float ratio);
+
+    /// Puts `stream` in the place of `current` wherever meshes (list of streams, vertices
+    /// list, inputs of primitives) and skins (list of streams, inputs) of this scene hold
+    /// it: those of the geometry library, of the instances in the node tree and of the
+    /// controllers library. Animations are not looked at. Raises nothing. Does nothing when
+    /// either is empty. Linear in the nodes, meshes and skins.
+    void replaceSharedStreams(const StreamPtr& current, const StreamPtr& stream);
+
+    /// Puts `geometry` in the place of the library's geometry `id`, as
+    /// `GeometryManager::replaceGeometry` does, and lets everything in this scene use it
+    /// that used the old one: geometry instances of nodes, those of controller instances,
+    /// and the skins and morphs of both the controller instances and the library.
+    ///
+    /// The instances keep the materials of the symbols that the primitives of the new
+    /// geometry use; other bindings go. A symbol that was not bound is put in with an empty
+    /// handle, so that it can be bound later. Then raises "GeometryTopologyUpdate" with the
+    /// ID and "SyncScene". An empty `geometry` or an unknown `id` does nothing. Linear in
+    /// the nodes.
+    void replaceGeometry(const std::string& id, const IGeometryPtr& geometry);
+
 private:
     void registerEventHandlers();
     void localNewEffectHandler(core::event::Event event);

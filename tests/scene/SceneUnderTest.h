@@ -24,7 +24,8 @@ public:
               events::sceneUpdate(), events::nodeAddedLayer(), events::nodeRemovedLayer(),
               events::nodeAddedLight(), events::nodeMaterialChanged(), events::cameraUpdated(),
               events::lightUpdated(), events::geometryTopologyUpdate(), events::syncScene(),
-              events::sceneSurroundingUpdate(), events::sceneNewCamera()})
+              events::sceneSurroundingUpdate(), events::sceneNewCamera(),
+              events::displayMessageAt()})
         {
             registerToListen(type);
         }
