@@ -24,6 +24,11 @@ set(velmoran_private_headers
     scene/animation/PoseLanes.h
     scene/animation/RevisionStamp.h
     scene/animation/SamplerKeys.h
+    scene/deform/JointFrames.h
+    scene/deform/JointPalette.h
+    scene/deform/SkinBinding.h
+    scene/deform/SkinningKernel.h
+    scene/deform/WorldMatrices.h
     scene/geometry/CornerWriter.h
     scene/geometry/StreamList.h
     scene/graph/HandleList.h
@@ -33,6 +38,8 @@ set(velmoran_private_headers
     scene/graph/TransformParts.h
     scene/graph/TransformationFolding.h
     scene/graph/TransformationValues.h
+    scene/manager/AvatarMorphing.h
+    scene/manager/JointReplacement.h
     scene/manager/NodeIndex.h
     scene/manager/NodeTable.h
     scene/manager/SceneGraphMerger.h

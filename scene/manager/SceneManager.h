@@ -443,10 +443,11 @@ public:
     ///     bone's direction in the joint's own frame. Nodes that are not joints keep
     ///     their local matrices and so move along.
     /// Mesh: vertices keep their values. What one joint carries keeps its place in that
-    ///     joint's frame; what several carry is blended between them. The skin gets a
-    ///     new stream of inverse bind matrices (whoever shares the old one keeps that), in
-    ///     which what a node can't hold of its joint's frame is made up for, and its bind
-    ///     shape matrix anew.
+    ///     joint's frame (the mesh node's own matrix apart); what several carry is blended
+    ///     between them. So the bind shape matrix stays, and the inverse bind matrices
+    ///     only take up what `Node::setTransformations` takes away of a rotation that
+    ///     was none. The skin gets them in a new stream; whoever shares the old one keeps
+    ///     that.
     /// Events: those of `Node::setTransformations`, once for each joint in order, for
     ///     "sacrum" last, after the skin is ready.
     /// Errors: an empty handle does nothing. Else the first of these that holds is
@@ -488,8 +489,9 @@ public:
     ///     "Invalid morph targets. Missing avatar skin.",
     ///     "Invalid morph targets. Missing avatar geometry." (or not a mesh).
     /// Events: those of the nodes that change; nothing for the vertices.
-    /// `target` may be this scene. Of `target` only "sacrum" is changed. Linear in the
-    /// vertices, joints and nodes of both.
+    /// `target` may be this scene. Of `target` only "sacrum" is changed, unless both share
+    /// the mesh itself. Throws `boost::bad_weak_ptr`, with nothing done, when no handle owns
+    /// this scene. Linear in the vertices, joints and nodes of both.
     void morph(const boost::shared_ptr<SceneManager>& target, float ratio);
 
     /// Puts `stream` in the place of `current` wherever meshes (list of streams, vertices
@@ -522,6 +524,7 @@ private:
     void shareEventManager();
     void addGeometryIDs();
     void placeNode(const NodePtr& node, const std::string& parentID);
+    void replaceJoints(const boost::shared_ptr<SceneManager>& joints, bool turnsSacrum);
 
     // Released in reverse order.
     core::logger::Logger m_logger;

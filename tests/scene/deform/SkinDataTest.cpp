@@ -82,3 +82,63 @@ TEST_F(SkinData, InputsStayAmongTheStreamsWhenTheseAreReplaced)
     EXPECT_THAT(inputs(), ElementsAre(none, none, none, none));
     EXPECT_THAT(skin.getStreams(), ElementsAre(matrices));
 }
+
+// Weights by index: 0.6, 0.4, 1.0, 0.25. Influences of the vertices: joints 1 and 2; joint 2;
+// none; joint 5 twice.
+class SkinInfluences : public SkinData
+{
+protected:
+    SkinInfluences()
+    {
+        weights->setData({0.6F, 0.4F, 1.0F, 0.25F});
+        skin.setVCount({2, 1, 0, 2});
+        skin.setV({1, 0, 2, 1, 2, 2, 5, 3, 5, 1});
+    }
+
+    void expectInfluences(int vertex, const std::vector<int>& wanted,
+                          const std::vector<float>& wantedWeights) const
+    {
+        std::vector<int> joints = {7};
+        std::vector<float> values = {0.5F};
+        skin.getVertexJointsAndWeights(vertex, joints, values);
+        joints.erase(joints.begin()); // lists are appended to
+        values.erase(values.begin());
+        EXPECT_EQ(joints, wanted);
+        EXPECT_EQ(values, wantedWeights);
+    }
+};
+
+TEST_F(SkinInfluences, AreReadInOrderForOneVertex)
+{
+    expectInfluences(0, {1, 2}, {0.6F, 0.4F});
+    expectInfluences(1, {2}, {1.0F});
+    expectInfluences(2, {}, {});
+    expectInfluences(3, {5, 5}, {0.25F, 0.4F});
+    expectInfluences(4, {}, {});
+    expectInfluences(-1, {}, {});
+}
+
+TEST_F(SkinInfluences, HalfwayBetweenTwoVerticesAreTheMeanOfBoth)
+{
+    std::vector<int> joints;
+    std::vector<float> values;
+    skin.calculateNewJointsAndWeights(1, 0, joints, values);
+    EXPECT_THAT(joints, ElementsAre(1, 2));
+    EXPECT_THAT(values, ElementsAre(0.3F, 0.7F));
+    skin.calculateNewJointsAndWeights(2, 3, joints, values);
+    EXPECT_THAT(joints, ElementsAre(1, 2, 5));
+    EXPECT_FLOAT_EQ(values[2], 0.325F); // half of 0.25 + 0.4
+}
+
+TEST_F(SkinInfluences, ThatBrokenListsHaveNoRoomForAreLeftOut)
+{
+    skin.setV({1, 9, 2, -1, 2, 2, 5}); // weights outside, and the end within an influence
+    expectInfluences(0, {}, {});
+    expectInfluences(1, {2}, {1.0F});
+    expectInfluences(3, {}, {});
+    skin.setVCount({4294967295U, 4294967295U, 1});
+    expectInfluences(0, {2}, {1.0F});
+    expectInfluences(2, {}, {});
+    skin.setStreams({});
+    expectInfluences(1, {}, {});
+}

@@ -1,6 +1,3 @@
-#include "core/logger/FileWriterFactory.h"
-#include "core/logger/IDecorator.h"
-#include "core/logger/IWriter.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/InstanceGeometry.h"
 #include "scene/geometry/Mesh.h"
@@ -11,6 +8,7 @@
 #include "scene/material/Image.h"
 #include "scene/material/Material.h"
 #include "scene/material/MaterialParameter.h"
+#include "tests/scene/SceneLog.h"
 #include "tests/scene/SceneUnderTest.h"
 
 #include <boost/pointer_cast.hpp>
@@ -27,44 +25,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
 using Renames = std::map<std::string, std::string>;
-
-/// What scenes write to their log while this lives.
-class SceneLog
-{
-public:
-    SceneLog()
-    {
-        struct Tap : core::logger::IDecorator
-        {
-            std::string decorate(const std::string& message) override
-            {
-                lines->push_back(message);
-                return "";
-            }
-            std::vector<std::string>* lines = nullptr;
-        };
-        const auto tap = boost::make_shared<Tap>();
-        tap->lines = &m_lines;
-        writer()->setDecorator(tap);
-    }
-
-    ~SceneLog() { writer()->setDecorator(core::logger::IDecoratorPtr()); }
-
-    std::vector<std::string> take()
-    {
-        std::vector<std::string> taken;
-        taken.swap(m_lines);
-        return taken;
-    }
-
-private:
-    static core::logger::IWriterPtr writer()
-    {
-        return core::logger::FileWriterFactory::getInstance()->getFileWriter("SceneManager.log");
-    }
-
-    std::vector<std::string> m_lines;
-};
 
 std::vector<std::string> treeOf(const SceneManagerPtr& scene)
 {
