@@ -2,6 +2,7 @@
 
 #include "examples/collada/Transformations.h"
 #include "scene/animation/Animation.h"
+#include "scene/animation/AnimationManager.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
 
@@ -124,16 +125,30 @@ void Animations::checkTarget(const pugi::xml_node& channel, const std::string& t
         return;
     }
     const std::string path = slash == std::string::npos ? "" : target.substr(slash + 1);
+    if (const char* const fault = findFault(node, path))
+    {
+        m_document.warn(channel, "its target " + quote(target) + ' ' + fault);
+    }
+}
+
+/// What is wrong with what follows the ID in a target; null when nothing is.
+const char* Animations::findFault(const pugi::xml_node& node, const std::string& path)
+{
     if (path.find('/') != std::string::npos)
     {
-        m_document.warn(channel, "its target " + quote(target) +
-                                     " leads on from that node, which is not followed");
+        return "leads on from that node, which is not followed";
     }
-    else if (!hasSid(node, path.substr(0, path.find_first_of(".("))))
+    const std::size_t end = path.find_first_of(".(");
+    if (!hasSid(node, path.substr(0, end)))
     {
-        m_document.warn(channel,
-                        "its target " + quote(target) + " names no transformation of that node");
+        return "names no transformation of that node";
     }
+    const bool hasName = end != std::string::npos && path[end] == '.';
+    if (hasName && scene::AnimationManager::indexOfCoordinateValue(path.substr(end + 1)) < 0)
+    {
+        return "names a member that transformations have not";
+    }
+    return nullptr;
 }
 
 bool Animations::hasSid(const pugi::xml_node& node, const std::string& sid)

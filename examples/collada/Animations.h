@@ -25,6 +25,7 @@ private:
     scene::SamplerPtr getSampler(const pugi::xml_node& element);
     void checkKeys(const pugi::xml_node& element, const scene::Sampler& sampler);
     void checkTarget(const pugi::xml_node& channel, const std::string& target);
+    const char* findFault(const pugi::xml_node& node, const std::string& path);
     bool hasSid(const pugi::xml_node& node, const std::string& sid);
 
     Document& m_document;

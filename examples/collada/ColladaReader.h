@@ -37,8 +37,8 @@ struct ReadResult
 /// Errors: when something is wrong with the document (it is not XML or not COLLADA, a
 ///     number, index or count is wrong, a reference leads nowhere, nodes instance
 ///     themselves), the scene is left as it was. Unresolved textures, targets of
-///     channels that name nothing, repeated IDs (the first element counts) and what the
-///     scene can't hold are warnings.
+///     channels that name nothing, key data that can't be played, repeated IDs (the
+///     first element counts) and what the scene can't hold are warnings.
 /// Threads: not locked; different threads may read into different scenes. Callers hold
 ///     the scene lock where others read or change the scene.
 /// Cost: time and memory in proportion to the document, plus what `<instance_node>`

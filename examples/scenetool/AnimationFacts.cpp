@@ -130,7 +130,7 @@ std::string describeAnimation(const Json& animation)
     }
     if (lost > 0)
     {
-        text += "; " + std::to_string(lost) + " of the channels move no node of the scene";
+        text += "; " + countText(lost, "channel moves", "channels move") + " no node of the scene";
     }
     return text;
 }

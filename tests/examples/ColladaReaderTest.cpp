@@ -382,6 +382,7 @@ TEST_F(ColladaReaderTest, AnimationsKeepTheirNestingAndChannels)
 {
     const std::string channels = "<channel source=\"#sm\" target=\"n/t.X\"/>"
                                  "<channel source=\"#sm\" target=\"n/other(3)\"/>"
+                                 "<channel source=\"#sm\" target=\"n/t.Q\"/>"
                                  "<channel source=\"#sm\" target=\"n/inner.X\"/>"
                                  "<channel source=\"#sm\" target=\"n/inner/t.X\"/>"
                                  "<channel source=\"#sm\" target=\"gone/t\"/>";
@@ -398,6 +399,7 @@ TEST_F(ColladaReaderTest, AnimationsKeepTheirNestingAndChannels)
     EXPECT_THAT(result.warnings,
                 ElementsAre(HasSubstr("<sampler id=\"sm\"> (line 2): it has no OUTPUT"),
                             HasSubstr("\"n/other(3)\" names no transformation of that node"),
+                            HasSubstr("\"n/t.Q\" names a member"),
                             HasSubstr("\"n/inner.X\" names no transformation of that node"),
                             HasSubstr("\"n/inner/t.X\" leads on from that node"),
                             HasSubstr("\"gone/t\" names nothing")));
@@ -413,7 +415,7 @@ TEST_F(ColladaReaderTest, AnimationsKeepTheirNestingAndChannels)
     EXPECT_THAT(sampler->getStreamBySemantic(scene::Sampler::INTERPOLATION)->getNameList(),
                 ElementsAre("LINEAR", "STEP"));
     const auto targets = outer->getChildAnimations()[1]->getChannelArray();
-    ASSERT_EQ(targets.size(), 5U);
+    ASSERT_EQ(targets.size(), 6U);
     EXPECT_EQ(targets[0], scene::Animation::Channel(sampler, "n/t.X"));
 }
 
