@@ -131,6 +131,7 @@ void Mesh::replaceStream(const StreamPtr& current, const StreamPtr& stream)
     {
         return;
     }
+    forgetBV();
     replaceEntry(m_streams, replaced, kept);
     replaceInMappings(m_vertices, replaced, kept);
     for (const IMeshPrimitivePtr& primitive : m_primitives)

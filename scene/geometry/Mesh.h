@@ -71,7 +71,11 @@ public:
     /// NaN is skipped.
     void calculateBV();
 
-    /// The same for the maximum or the minimum alone.
+    /// Lets the bounds be computed again when they are asked for the next time, for whoever
+    /// changed positions in place.
+    void forgetBV();
+
+    /// The same as `calculateBV` for the maximum or the minimum alone.
     void calculateBVMax();
     void calculateBVMin();
 

@@ -46,9 +46,10 @@ Vector3 toVector(const float* position)
     return Vector3(position[0], position[1], position[2]);
 }
 
+/// The bound that a primitive, perhaps somebody else's, tells.
 Vector3 toVector(const std::vector<float>& floats)
 {
-    return toVector(floats.data());
+    return floats.size() < 3 ? Vector3() : toVector(floats.data());
 }
 
 Eigen::Vector3f toEigen(const Vector3& vector)
@@ -158,6 +159,11 @@ void Mesh::calculateExtreme(const Extreme& extreme, Eigen::Vector3f& result) con
             isFirst = false;
         }
     }
+}
+
+void Mesh::forgetBV()
+{
+    m_hasCurrentBV = false;
 }
 
 void Mesh::updateBV()

@@ -143,6 +143,7 @@ bool AvatarMorphing::blendVertices(float ratio)
     {
         blended[i] = ownPose[i] * ratio + targetPose[i] * (1.0F - ratio);
     }
+    m_own.mesh->forgetBV();
     return true;
 }
 

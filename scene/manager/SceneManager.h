@@ -438,9 +438,9 @@ public:
     ///     turns by the smallest rotation that takes the direction from it to its child
     ///     from the old to the new one (Rodrigues 1840); that child is the first joint
     ///     below it, with or without other nodes between. A joint without one, or
-    ///     that coincides with it before or after, turns as the joint above it. Scales
-    ///     stay; below an uneven scale the turn is the rotation next to it that keeps the
-    ///     bone's direction in the joint's own frame. Nodes that are not joints keep
+    ///     that coincides with it before or after, turns as the joint above it. Scales that
+    ///     nodes hold as such stay; below an uneven scale the turn is the rotation next to it that
+    ///     keeps the bone's direction in the joint's own frame. Nodes that are not joints keep
     ///     their local matrices and so move along.
     /// Mesh: vertices keep their values. What one joint carries keeps its place in that
     ///     joint's frame (the mesh node's own matrix apart); what several carry is blended
@@ -473,8 +473,9 @@ public:
     ///     target that shares the stream through another mesh keeps it; this scene gets one
     ///     of its own then, as by `replaceSharedStreams`.
     /// Joints: moved as by `replaceJoints` to the blend of the world positions of the two
-    ///     joints of an ID; "sacrum" is not turned, so that the next morph finds the avatar
-    ///     as this one leaves it. When a joint has no namesake in `target`, or that
+    ///     joints of an ID; "sacrum" is not turned, so that the next morph, which resets
+    ///     it, finds the avatar as this one leaves it (where the parents of the two
+    ///     stand alike). When a joint has no namesake in `target`, or that
     ///     operation finds another fault, it logs its message and the joints stay.
     /// Binding: blended vertices are bound to the skeleton as it then is, whether it has
     ///     moved or not: with W a joint's and N the node's world matrix, each inverse bind
@@ -490,8 +491,9 @@ public:
     ///     "Invalid morph targets. Missing avatar geometry." (or not a mesh).
     /// Events: those of the nodes that change; nothing for the vertices.
     /// `target` may be this scene. Of `target` only "sacrum" is changed, unless both share
-    /// the mesh itself. Throws `boost::bad_weak_ptr`, with nothing done, when no handle owns
-    /// this scene. Linear in the vertices, joints and nodes of both.
+    /// the mesh or the skin itself, or another mesh of it the vertex stream. The mesh's bounds
+    /// are computed again when they are asked for. Throws `boost::bad_weak_ptr`, with nothing done,
+    /// when no handle owns this scene. Linear in the vertices, joints and nodes of both.
     void morph(const boost::shared_ptr<SceneManager>& target, float ratio);
 
     /// Puts `stream` in the place of `current` wherever meshes (list of streams, vertices

@@ -87,11 +87,15 @@ void SceneManager::replaceSharedStreams(const StreamPtr& current, const StreamPt
     }
     for (const ControllerPtr& controller : users.controllers)
     {
-        held.insert(controller->getSourceGeometry());
         const SkinPtr skin = controller->getSkin();
         if (skin)
         {
+            held.insert(skin->getSourceGeometry());
             skin->replaceStream(replaced, kept);
+        }
+        if (controller->getMorph())
+        {
+            held.insert(controller->getMorph()->getSourceGeometry());
         }
     }
     for (const IGeometryPtr& geometry : held)
