@@ -163,11 +163,11 @@ void playOurs(benchmark::State& state, std::size_t keys)
     require(state, allocations == 0, "a turn without listeners has taken memory");
     requireLocals(state, flat, played);
 }
-BENCHMARK_CAPTURE(playOurs, unheard, KEYS)->Name("play/ours, unheard")->Apply(atNAnd4N<1000, 4>);
-BENCHMARK_CAPTURE(playOurs, few, KEYS)->Name("play/ours, 100 keys")->Apply(atNAnd4N<100, 16>);
+BENCHMARK_CAPTURE(playOurs, unheard, KEYS)->Name("play/ours, unheard")->Apply(atNAnd4N<1000, 8>);
+BENCHMARK_CAPTURE(playOurs, few, KEYS)->Name("play/ours, 100 keys")->Apply(atNAnd4N<100, 64>);
 BENCHMARK_CAPTURE(playOurs, many, MANY_KEYS)
     ->Name("play/ours, 10,000 keys")
-    ->Apply(atNAnd4N<100, 16>);
+    ->Apply(atNAnd4N<100, 64>);
 
 void playOursHeard(benchmark::State& state)
 {
@@ -190,7 +190,7 @@ void playLimit(benchmark::State& state)
     other.evaluate(timeAfter(state, flat));
     require(state, other.locals().back() == player.locals().back(), "wrong matrices");
 }
-BENCHMARK(playLimit)->Name("play/limit")->Apply(atNAnd4N<1000, 4>);
+BENCHMARK(playLimit)->Name("play/limit")->Apply(atNAnd4N<1000, 8>);
 
 /// The call that answers maps of matrices.
 void playIntoMap(benchmark::State& state)
@@ -224,9 +224,9 @@ void seekOurs(benchmark::State& state, std::size_t keys)
                    played.manager->update(boost::posix_time::time_duration());
                });
 }
-BENCHMARK_CAPTURE(seekOurs, few, KEYS)->Name("seek/ours, 100 keys")->Apply(atNAnd4N<100, 16>);
+BENCHMARK_CAPTURE(seekOurs, few, KEYS)->Name("seek/ours, 100 keys")->Apply(atNAnd4N<100, 64>);
 BENCHMARK_CAPTURE(seekOurs, many, MANY_KEYS)
     ->Name("seek/ours, 10,000 keys")
-    ->Apply(atNAnd4N<100, 16>);
+    ->Apply(atNAnd4N<100, 64>);
 } // namespace
 } // namespace velmoran::bench
