@@ -2,5 +2,5 @@
 
 library_packages=(g++ cmake ninja-build
     libboost-dev libboost-thread-dev libboost-date-time-dev libeigen3-dev)
-example_packages=(libpugixml-dev libcli11-dev nlohmann-json3-dev)
+example_packages=(libpugixml-dev libcli11-dev nlohmann-json3-dev libpng-dev)
 test_packages=(libgtest-dev libgmock-dev)

@@ -33,6 +33,16 @@ struct ReadResult
 ///     leaves out stay unbound. An instance without `<bind_material>` binds all symbols
 ///     of its primitives to the material "defaultMaterial", so that they can be bound
 ///     anew one by one.
+/// Skins: the library looks joints up by ID, so the lists of joint names hold the IDs of
+///     nodes once an instance is read. A `<Name_array>` has scoped IDs, which are looked for
+///     at and below the nodes that the instance's `<skeleton>` elements name, breadth first,
+///     one skeleton after the other; without a skeleton in the whole scene. A name that is
+///     no scoped ID there but the ID of a node stands for that node, as all names of an
+///     `<IDREF_array>` do. Where nodes are copied, the nearest copy is meant. Names that lead
+///     to no node are kept, with a warning. An instance whose joints are other nodes than
+///     those of an earlier one of its controller gets a copy of the controller with a
+///     generated ID. Influences of the bind shape (joint -1) become influences of the root.
+/// Morphs: the scene keeps the base shape only.
 /// Events: those of the library's operations, once reading has succeeded.
 /// Errors: when something is wrong with the document (it is not XML or not COLLADA, a
 ///     number, index or count is wrong, a reference leads nowhere, nodes instance

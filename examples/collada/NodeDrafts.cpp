@@ -52,6 +52,12 @@ const std::vector<NodeDraft>& NodeDrafts::getDrafts() const
     return m_drafts;
 }
 
+std::optional<std::size_t> NodeDrafts::findPlace(const std::string& id) const
+{
+    const auto place = m_places.find(m_document.find(id, {"node"}).internal_object());
+    return place == m_places.end() ? std::nullopt : std::make_optional(place->second);
+}
+
 const NodeDraft* NodeDrafts::getRoot() const
 {
     return m_root;
@@ -102,16 +108,21 @@ void NodeDrafts::linkInstances()
             {
                 continue;
             }
-            const pugi::xml_node target =
-                m_document.resolveAttribute(child.element, "url", {"node"});
-            const auto place = m_places.find(target.internal_object());
-            if (place == m_places.end())
-            {
-                m_document.fail(child.element, "refers to a node outside all libraries");
-            }
-            child.draft = place->second;
+            child.draft = requirePlace(child.element,
+                                       m_document.resolveAttribute(child.element, "url", {"node"}));
         }
     }
+}
+
+/// Fails when `node`, which `where` refers to, has no draft.
+std::size_t NodeDrafts::requirePlace(const pugi::xml_node& where, const pugi::xml_node& node) const
+{
+    const auto place = m_places.find(node.internal_object());
+    if (place == m_places.end())
+    {
+        m_document.fail(where, "refers to a node outside all libraries");
+    }
+    return place->second;
 }
 
 void NodeDrafts::readContent(NodeDraft& draft)
@@ -153,6 +164,7 @@ void NodeDrafts::readInstance(NodeDraft& draft, const pugi::xml_node& element)
 void NodeDrafts::readGeometry(NodeDraft& draft, const pugi::xml_node& element)
 {
     GeometryDraft geometry;
+    geometry.element = element;
     geometry.mesh = m_meshes.getMesh(m_document.resolveAttribute(element, "url", {"geometry"}));
     readBindings(geometry, element);
     if (!geometry.mesh)
@@ -167,13 +179,14 @@ void NodeDrafts::readController(NodeDraft& draft, const pugi::xml_node& element)
 {
     const pugi::xml_node target = m_document.resolveAttribute(element, "url", {"controller"});
     GeometryDraft geometry;
+    geometry.element = element;
     geometry.mesh = m_controllers.getMesh(target);
     geometry.controller = m_controllers.getController(target);
     for (const pugi::xml_node& skeleton : element.children("skeleton"))
     {
         const pugi::xml_node node =
             m_document.resolve(skeleton, getTrimmedText(skeleton), {"node"});
-        geometry.skeletons.push_back(getAttribute(node, "id"));
+        geometry.skeletons.push_back({requirePlace(skeleton, node), getAttribute(node, "id")});
     }
     readBindings(geometry, element);
     if (!geometry.controller)

@@ -7,18 +7,27 @@
 
 #include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 namespace velmoran::examples::collada
 {
+/// Where the joints of a skin begin.
+struct SkeletonDraft
+{
+    std::size_t draft = 0; ///< the node's place in the list of drafts
+    std::string id;        ///< the node's ID
+};
+
 /// An instance of a geometry or of a controller.
 struct GeometryDraft
 {
+    pugi::xml_node element;
     scene::MeshPtr mesh;
-    scene::ControllerPtr controller;                    ///< empty: the plain geometry
-    std::vector<std::string> skeletons;                 ///< IDs of nodes
+    scene::ControllerPtr controller; ///< empty: the plain geometry
+    std::vector<SkeletonDraft> skeletons;
     std::map<std::string, scene::MaterialPtr> bindings; ///< by symbol
     bool hasBindings = false;                           ///< the document has a `<bind_material>`
 };
@@ -60,6 +69,9 @@ public:
 
     const std::vector<NodeDraft>& getDrafts() const;
 
+    /// The place of the node with this ID in the list of drafts.
+    std::optional<std::size_t> findPlace(const std::string& id) const;
+
     /// The draft of the visual scene: that of `<scene>`, else the first one of the
     /// document; null when there is none.
     const NodeDraft* getRoot() const;
@@ -67,6 +79,7 @@ public:
 private:
     void addTop(const pugi::xml_node& element);
     std::size_t addDraft(const pugi::xml_node& element);
+    std::size_t requirePlace(const pugi::xml_node& where, const pugi::xml_node& node) const;
     void linkInstances();
     void readContent(NodeDraft& draft);
     void readInstance(NodeDraft& draft, const pugi::xml_node& element);

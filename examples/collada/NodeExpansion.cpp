@@ -37,9 +37,9 @@ std::uint64_t countPart(const std::string& text)
 std::uint64_t countWritten(const GeometryDraft& geometry)
 {
     std::uint64_t parts = 1;
-    for (const std::string& skeleton : geometry.skeletons)
+    for (const SkeletonDraft& skeleton : geometry.skeletons)
     {
-        parts += countPart(skeleton);
+        parts += countPart(skeleton.id);
     }
     for (const auto& binding : geometry.bindings)
     {

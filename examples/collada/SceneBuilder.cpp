@@ -1,6 +1,7 @@
 #include "examples/collada/SceneBuilder.h"
 
 #include "examples/collada/NodeExpansion.h"
+#include "examples/collada/SkinBinder.h"
 #include "scene/animation/AnimationManager.h"
 #include "scene/deform/InstanceController.h"
 #include "scene/geometry/InstanceGeometry.h"
@@ -24,11 +25,14 @@ namespace velmoran::examples::collada
 namespace
 {
 /// Builds the node tree and places cameras and lights in it.
+///
+/// Makes all nodes, then binds the skins to them, and then puts them into the tree: who hears of
+/// a node finds it complete.
 class TreeBuilder
 {
 public:
-    TreeBuilder(const Document& document, const Content& content,
-                const scene::SceneManagerPtr& scene, const scene::MaterialPtr& fallback)
+    TreeBuilder(Document& document, const Content& content, const scene::SceneManagerPtr& scene,
+                const scene::MaterialPtr& fallback)
         : m_document(document),
           m_content(content),
           m_drafts(content.nodes.getDrafts()),
@@ -61,17 +65,19 @@ public:
         if (draft)
         {
             markWritten(*draft);
-            addBelow(*draft, root);
+            m_nodes.push_back({draft, root, true, 0, 0});
+            makeNodes();
+            addControllers();
+            addNodes();
         }
     }
 
 private:
     struct Frame
     {
-        const NodeDraft* draft;
-        scene::NodePtr node;
-        bool isCopy;      ///< an `<instance_node>` is above
-        std::size_t next; ///< the child to add
+        std::size_t place; ///< in the list of nodes
+        bool isCopy;       ///< an `<instance_node>` is above
+        std::size_t next;  ///< the child to make
     };
 
     /// Nodes that stand in the visual scene itself keep their IDs there, also when a
@@ -94,25 +100,53 @@ private:
         }
     }
 
-    void addBelow(const NodeDraft& rootDraft, const scene::NodePtr& root)
+    /// All nodes below the root, which is in the list.
+    void makeNodes()
     {
-        std::vector<Frame> path = {{&rootDraft, root, false, 0}};
+        std::vector<Frame> path = {{0, false, 0}};
         while (!path.empty())
         {
             Frame& frame = path.back();
-            if (frame.next == frame.draft->children.size())
+            const std::vector<NodeDraft::Child>& children = m_nodes[frame.place].draft->children;
+            if (frame.next == children.size())
             {
+                m_nodes[frame.place].end = m_nodes.size();
                 path.pop_back();
                 continue;
             }
-            const NodeDraft::Child& child = frame.draft->children[frame.next++];
+            const NodeDraft::Child& child = children[frame.next++];
             const NodeDraft& draft = m_drafts[child.draft];
             const bool isCopy = frame.isCopy || child.isCopy;
             const bool keepsID = !isCopy || !m_isPlaced[child.draft];
             m_isPlaced[child.draft] = true;
-            const scene::NodePtr node = makeNode(draft, keepsID);
-            frame.node->addNode(node);
-            path.push_back({&draft, node, isCopy, 0});
+            m_nodes.push_back({&draft, makeNode(draft, keepsID), keepsID, frame.place, 0});
+            path.push_back({m_nodes.size() - 1, isCopy, 0});
+        }
+    }
+
+    void addControllers()
+    {
+        SkinBinder binder(m_document, m_content, m_nodes, m_scene);
+        for (std::size_t place = 0; place < m_nodes.size(); ++place)
+        {
+            for (const GeometryDraft& draft : m_nodes[place].draft->geometries)
+            {
+                if (draft.controller)
+                {
+                    const auto instance = boost::make_shared<scene::InstanceController>(
+                        makeInstance(draft), binder.bind(place, draft));
+                    instance->setSkeletons(binder.getSkeletonIDs(place, draft));
+                    m_nodes[place].node->addInstanceController(instance);
+                }
+            }
+        }
+    }
+
+    void addNodes()
+    {
+        for (std::size_t place = 1; place < m_nodes.size(); ++place)
+        {
+            m_nodes[m_nodes[place].parent].node->addNode(m_nodes[place].node);
         }
     }
 
@@ -133,7 +167,10 @@ private:
         }
         for (const GeometryDraft& geometry : draft.geometries)
         {
-            addGeometry(*node, geometry);
+            if (!geometry.controller)
+            {
+                node->addInstanceGeometry(makeInstance(geometry));
+            }
         }
         for (const std::size_t light : draft.lights)
         {
@@ -161,7 +198,7 @@ private:
         }
     }
 
-    void addGeometry(scene::Node& node, const GeometryDraft& draft)
+    scene::InstanceGeometryPtr makeInstance(const GeometryDraft& draft) const
     {
         std::map<std::string, scene::MaterialPtr> bindings = draft.bindings;
         if (!draft.hasBindings)
@@ -171,17 +208,7 @@ private:
                 bindings.emplace(symbol, m_fallback);
             }
         }
-        const auto geometry =
-            boost::make_shared<scene::InstanceGeometry>(draft.mesh, std::move(bindings));
-        if (!draft.controller)
-        {
-            node.addInstanceGeometry(geometry);
-            return;
-        }
-        const auto controller =
-            boost::make_shared<scene::InstanceController>(geometry, draft.controller);
-        controller->setSkeletons(draft.skeletons);
-        node.addInstanceController(controller);
+        return boost::make_shared<scene::InstanceGeometry>(draft.mesh, std::move(bindings));
     }
 
     std::size_t place(const NodeDraft& draft) const
@@ -189,14 +216,15 @@ private:
         return static_cast<std::size_t>(&draft - m_drafts.data());
     }
 
-    const Document& m_document;
+    Document& m_document;
     const Content& m_content;
     const std::vector<NodeDraft>& m_drafts;
     const scene::SceneManagerPtr& m_scene;
     const scene::MaterialPtr m_fallback;
     std::vector<scene::CameraPtr> m_cameras;
     std::vector<scene::LightPtr> m_lights;
-    std::vector<bool> m_isPlaced; ///< by draft: its ID is taken
+    std::vector<bool> m_isPlaced;    ///< by draft: its ID is taken
+    std::vector<PlacedNode> m_nodes; ///< in pre-order, the root first
 };
 
 /// Puts `item` in front of `items` unless one of them has its ID; returns that or `item`.
@@ -251,8 +279,7 @@ Content::Content(Document& document)
     checkExpansion(document, nodes, meshes);
 }
 
-void buildScene(const Document& document, const Content& content,
-                const scene::SceneManagerPtr& scene)
+void buildScene(Document& document, const Content& content, const scene::SceneManagerPtr& scene)
 {
     // Goes after the nodes and controllers before, which hold its geometry: only then does
     // it find that nobody else does.

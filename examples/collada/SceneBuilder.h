@@ -25,12 +25,11 @@ struct Content
     Animations animations;
 };
 
-/// Puts the content into a scene; nothing here can fail.
+/// Puts the content into a scene; nothing here can fail, but for warnings.
 ///
 /// The libraries, the root and the geometry manager take the place of the scene's, but
 /// the default effect and material stay in front; camera instances are added. The root is in the
 /// scene before its nodes are added, parents before children, so that listeners find what they hear
 /// of.
-void buildScene(const Document& document, const Content& content,
-                const scene::SceneManagerPtr& scene);
+void buildScene(Document& document, const Content& content, const scene::SceneManagerPtr& scene);
 } // namespace velmoran::examples::collada

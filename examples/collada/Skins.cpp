@@ -90,6 +90,12 @@ private:
         }
         const scene::StreamPtr names = m_skin->getJointsInput("JOINT");
         const scene::StreamPtr matrices = m_skin->getJointsInput("INV_BIND_MATRIX");
+        if (!names || !matrices)
+        {
+            m_document.warn(m_element, std::string("it can't be skinned: its joints have no ") +
+                                           (names ? "INV_BIND_MATRIX" : "JOINT") + " input");
+        }
+        checkNames(joints, names);
         if (matrices && matrices->getStride() != 16)
         {
             m_document.fail(joints, "its inverse bind matrices have " +
@@ -101,6 +107,16 @@ private:
             m_document.fail(joints, "it has " + std::to_string(matrices->getCount()) +
                                         " inverse bind matrices for " +
                                         std::to_string(names->getCount()) + " joints");
+        }
+    }
+
+    void checkNames(const pugi::xml_node& parent, const scene::StreamPtr& names) const
+    {
+        if (names && names->getNameList().size() != static_cast<std::size_t>(names->getCount()))
+        {
+            m_document.fail(parent, "its JOINT input has " + std::to_string(names->getCount()) +
+                                        " joints, but " +
+                                        std::to_string(names->getNameList().size()) + " names");
         }
     }
 
@@ -128,6 +144,11 @@ private:
         if (!joint.isGiven || !weight.isGiven)
         {
             m_document.fail(weights, "it needs a JOINT and a WEIGHT input");
+        }
+        checkNames(weights, m_skin->getVertexWeightsInput("JOINT"));
+        if (m_skin->getVertexWeightsInput("WEIGHT")->getStride() != 1)
+        {
+            m_document.fail(weights, "its WEIGHT input has more than one number for a weight");
         }
         const std::size_t influences = readVCount(weights);
         readInfluences(weights, joint, weight, width, influences);

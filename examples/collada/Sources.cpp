@@ -34,6 +34,16 @@ bool isOneOf(const pugi::xml_node& element, Document::Kinds kinds)
                        { return std::string_view(element.name()) == kind; });
 }
 
+NameKind getKind(const pugi::xml_node& array)
+{
+    const std::string_view name = array.name();
+    if (name == "IDREF_array")
+    {
+        return NameKind::IDS;
+    }
+    return name == "SIDREF_array" ? NameKind::PATHS : NameKind::WORDS;
+}
+
 /// The values of `all` from `offset` on, `length` of them.
 template <typename Value>
 std::vector<Value> pick(std::vector<Value> all, std::uint64_t offset, std::uint64_t length)
@@ -74,6 +84,12 @@ scene::StreamPtr Sources::getInput(const pugi::xml_node& input)
     return getStream(m_document.resolveAttribute(input, "source", {"source"}));
 }
 
+NameKind Sources::getNameKind(const scene::StreamPtr& stream) const
+{
+    const auto found = m_kinds.find(stream.get());
+    return found == m_kinds.end() ? NameKind::WORDS : found->second;
+}
+
 scene::StreamPtr Sources::read(const pugi::xml_node& source)
 {
     const pugi::xml_node accessor = source.child("technique_common").child("accessor");
@@ -98,6 +114,10 @@ scene::StreamPtr Sources::read(const pugi::xml_node& source)
     stream->setCount(static_cast<int>(access.count));
     if (!names.empty())
     {
+        if (getKind(array) != NameKind::WORDS)
+        {
+            m_kinds.emplace(stream.get(), getKind(array));
+        }
         stream->setNameList(pick(std::move(names), access.offset, length));
     }
     else

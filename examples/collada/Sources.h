@@ -10,6 +10,15 @@
 
 namespace velmoran::examples::collada
 {
+/// What the names in a stream are: words whose meaning depends on who uses them, the IDs
+/// of elements, or paths of an ID and scoped IDs.
+enum class NameKind
+{
+    WORDS,
+    IDS,
+    PATHS
+};
+
 /// Turns `<source>` elements into streams.
 ///
 /// A stream holds the tuples that the source's accessor picks from its array, back to
@@ -31,6 +40,9 @@ public:
     /// The stream that the attribute "source" of an `<input>` names.
     scene::StreamPtr getInput(const pugi::xml_node& input);
 
+    /// What the names in one of these streams are.
+    NameKind getNameKind(const scene::StreamPtr& stream) const;
+
 private:
     /// How an accessor goes through its array; counted in values of the array.
     struct Access
@@ -48,6 +60,7 @@ private:
 
     const Document& m_document;
     std::unordered_map<const void*, scene::StreamPtr> m_streams; ///< by element
+    std::unordered_map<const scene::Stream*, NameKind> m_kinds;  ///< of those not of words
     std::uint64_t m_sharedValues = 0; ///< values read from arrays of other sources
 };
 } // namespace velmoran::examples::collada

@@ -35,12 +35,13 @@ CLI::Validator secondsFrom(double least)
     return CLI::Validator(check, "");
 }
 
-void refuseOverwriting(const std::string& input, const std::string& output)
+void refuseOverwriting(const std::string& input, const std::string& output,
+                       const std::string& option)
 {
     std::error_code ignored;
     if (!output.empty() && std::filesystem::equivalent(input, output, ignored))
     {
-        throw CLI::ValidationError("--obj", "would write over " + input);
+        throw CLI::ValidationError(option, "would write over " + input);
     }
 }
 } // namespace velmoran::examples

@@ -4,8 +4,10 @@
 #include "examples/scenetool/InfoCommand.h"
 #include "examples/scenetool/KeyArguments.h"
 #include "examples/scenetool/MergeCommand.h"
+#include "examples/scenetool/MorphArguments.h"
 #include "examples/scenetool/PlayArguments.h"
 #include "examples/scenetool/SceneLoader.h"
+#include "examples/scenetool/SkinArguments.h"
 
 #include <functional>
 #include <map>
@@ -90,22 +92,26 @@ int runCommand(const std::function<void()>& command, const Console& console)
 
 int runSceneTool(int argc, const char* const* argv, const Console& console)
 {
-    CLI::App app("Shows, merges, plays and keys COLLADA documents with the scene library.",
+    CLI::App app("Shows, merges, plays, keys, skins and morphs COLLADA documents with the scene "
+                 "library.",
                  "scenetool");
     app.require_subcommand(1);
     InfoOptions info;
     MergeOptions merge;
     PlayOptions play;
     KeyOptions key;
+    SkinOptions skin;
+    MorphOptions morph;
     addInfo(app, info);
     addMerge(app, merge);
     addPlay(app, play);
     addKey(app, key);
+    addSkin(app, skin);
+    addMorph(app, morph);
     const std::map<std::string, std::function<void()>> commands = {
-        {"info", [&] { runInfo(info, console); }},
-        {"merge", [&] { runMerge(merge, console); }},
-        {"play", [&] { runPlay(play, console); }},
-        {"key", [&] { runKey(key, console); }},
+        {"info", [&] { runInfo(info, console); }}, {"merge", [&] { runMerge(merge, console); }},
+        {"play", [&] { runPlay(play, console); }}, {"key", [&] { runKey(key, console); }},
+        {"skin", [&] { runSkin(skin, console); }}, {"morph", [&] { runMorph(morph, console); }},
     };
     try
     {

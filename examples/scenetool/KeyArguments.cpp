@@ -178,8 +178,7 @@ void addKey(CLI::App& app, KeyOptions& options)
     addRepeatable("--node", "ID", "ID of a node to turn at that time");
     addRepeatable("--rotate", "X,Y,Z,DEGREES", "Turn the node about this axis of its own frame");
     key->add_option("--obj", options.objFile,
-                    "Write the scene in the last pose given as Wavefront OBJ; skinned meshes "
-                    "stay as bound");
+                    "Write the scene in the last pose given as Wavefront OBJ");
     CLI::Option* live = key->add_option(
         "--live", options.live,
         "Then play the keys over and over on the scene's worker thread for so long");

@@ -1,6 +1,7 @@
 #include "examples/scenetool/MergeCommand.h"
 
 #include "core/event/EventManager.h"
+#include "examples/scenetool/DeferredOutput.h"
 #include "examples/scenetool/EventPrinter.h"
 #include "examples/scenetool/MergeReport.h"
 #include "examples/scenetool/ObjOutput.h"
@@ -14,8 +15,6 @@
 
 #include <boost/make_shared.hpp>
 
-#include <sstream>
-
 namespace velmoran::examples
 {
 namespace
@@ -23,53 +22,10 @@ namespace
 using scene::SceneManager;
 using scene::SceneManagerPtr;
 
-/// Keeps what is written until its end, so that nothing comes between the line of
-/// progress, which goes before. Hands everything on at once when it is not to keep.
-class DeferredOutput
-{
-public:
-    DeferredOutput(const Console& console, bool keeps)
-        : m_target(console),
-          m_console{keeps ? m_out : console.out, keeps ? m_err : console.err, console.outIsTerminal,
-                    console.errIsTerminal}
-    {
-    }
-
-    ~DeferredOutput()
-    {
-        m_target.out << m_out.str();
-        m_target.err << m_err.str();
-    }
-
-    DeferredOutput(const DeferredOutput&) = delete;
-    DeferredOutput& operator=(const DeferredOutput&) = delete;
-
-    const Console& getConsole() const { return m_console; }
-
-private:
-    Console m_target;
-    std::ostringstream m_out;
-    std::ostringstream m_err;
-    Console m_console;
-};
-
 bool joinsNodes(int flags)
 {
     return (flags & SceneManager::MERGE_REPEATED_NODES) != 0 &&
            (flags & SceneManager::DISCARD_REPEATED_NODES) == 0;
-}
-
-/// The library takes numbers as they are; scenes that mean others by them need care.
-void warnAboutUnits(const LoadedScene& base, const LoadedScene& file, const Console& console)
-{
-    const auto describe = [](const SceneManagerPtr& scene)
-    { return upAxisText(scene) + " and " + floatText(scene->getMeterUnit()) + " m a unit"; };
-    if (describe(base.scene) != describe(file.scene))
-    {
-        warn(file.fileName + " has " + describe(file.scene) + ", the base " + describe(base.scene) +
-                 "; nothing is converted",
-             console);
-    }
 }
 
 void mergeOne(const LoadedScene& base, const LoadedScene& file, const MergeOptions& options,

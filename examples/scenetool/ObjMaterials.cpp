@@ -9,26 +9,6 @@
 
 namespace velmoran::examples
 {
-namespace
-{
-/// The diffuse colour of a material; grey when it has none.
-std::string colourOf(const scene::MaterialPtr& material)
-{
-    const auto parameter =
-        material ? material->getParameterByName("diffuse") : scene::MaterialParameterPtr();
-    std::istringstream text(parameter ? parameter->getValue() : "");
-    text.imbue(std::locale::classic());
-    float red = 0.0F;
-    float green = 0.0F;
-    float blue = 0.0F;
-    if (!parameter || parameter->getType() == "texture" || !(text >> red >> green >> blue))
-    {
-        return "0.8 0.8 0.8";
-    }
-    return floatText(red) + ' ' + floatText(green) + ' ' + floatText(blue);
-}
-} // namespace
-
 std::string objName(const std::string& name)
 {
     std::string result = name.empty() ? "unnamed" : name;
@@ -40,10 +20,27 @@ std::string objName(const std::string& name)
     return result;
 }
 
+Eigen::Vector3f diffuseColour(const scene::MaterialPtr& material)
+{
+    const auto parameter =
+        material ? material->getParameterByName("diffuse") : scene::MaterialParameterPtr();
+    std::istringstream text(parameter ? parameter->getValue() : "");
+    text.imbue(std::locale::classic());
+    Eigen::Vector3f colour;
+    if (!parameter || parameter->getType() == "texture" ||
+        !(text >> colour.x() >> colour.y() >> colour.z()))
+    {
+        colour.setConstant(0.8F);
+    }
+    return colour;
+}
+
 std::string ObjMaterials::use(const std::string& symbol, const scene::MaterialPtr& material)
 {
     const std::string name = objName(material ? material->getMaterialID() : symbol);
-    m_colours.emplace(name, colourOf(material));
+    const Eigen::Vector3f colour = diffuseColour(material);
+    m_colours.emplace(name, floatText(colour.x()) + ' ' + floatText(colour.y()) + ' ' +
+                                floatText(colour.z()));
     return name;
 }
 

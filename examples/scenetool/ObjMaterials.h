@@ -2,6 +2,8 @@
 
 #include "scene/Forward.h"
 
+#include <Eigen/Core>
+
 #include <map>
 #include <string>
 
@@ -10,6 +12,10 @@ namespace velmoran::examples
 /// `name` as OBJ files can hold it: blanks and control characters become "_", and an
 /// empty name "unnamed".
 std::string objName(const std::string& name);
+
+/// The diffuse colour of a material: red, green and blue, mostly from 0 to 1. Grey when it has
+/// none.
+Eigen::Vector3f diffuseColour(const scene::MaterialPtr& material);
 
 /// The materials that an OBJ file uses, for the MTL file beside it.
 class ObjMaterials

@@ -24,5 +24,11 @@ void writeObjFile(const scene::SceneManagerPtr& scene, const std::string& fileNa
                  " without triangles left out",
              console);
     }
+    if (result.unposedSkins > 0)
+    {
+        warn(countText(result.unposedSkins, "skin", "skins") +
+                 " without all joints written as bound",
+             console);
+    }
 }
 } // namespace velmoran::examples

@@ -3,6 +3,7 @@
 #include "core/event/EventManager.h"
 #include "examples/collada/ColladaReader.h"
 #include "examples/scenetool/Progress.h"
+#include "examples/scenetool/SceneFacts.h"
 #include "examples/scenetool/Text.h"
 #include "scene/manager/SceneManager.h"
 
@@ -37,6 +38,18 @@ LoadedScene openScene(const std::string& fileName, const Console& console)
     }
     printWarnings(loaded, console.err);
     return loaded;
+}
+
+void warnAboutUnits(const LoadedScene& base, const LoadedScene& other, const Console& console)
+{
+    const auto describe = [](const scene::SceneManagerPtr& scene)
+    { return upAxisText(scene) + " and " + floatText(scene->getMeterUnit()) + " m a unit"; };
+    if (describe(base.scene) != describe(other.scene))
+    {
+        warn(other.fileName + " has " + describe(other.scene) + ", the base " +
+                 describe(base.scene) + "; nothing is converted",
+             console);
+    }
 }
 
 void printWarnings(const LoadedScene& loaded, std::ostream& err)

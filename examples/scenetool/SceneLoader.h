@@ -34,6 +34,10 @@ LoadedScene loadScene(const std::string& fileName,
 /// and writes the warnings. Throws as `loadScene`.
 LoadedScene openScene(const std::string& fileName, const Console& console);
 
+/// Warns when `other` has another up axis or unit than `base`: the library takes numbers as
+/// they are.
+void warnAboutUnits(const LoadedScene& base, const LoadedScene& other, const Console& console);
+
 /// Writes the warnings of `loaded`, the first few of many.
 void printWarnings(const LoadedScene& loaded, std::ostream& err);
 } // namespace velmoran::examples

@@ -15,10 +15,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -147,7 +149,54 @@ TEST_F(ObjOfOneMesh, WritesNumbersThatAnyViewerReads)
     EXPECT_THAT(text, Not(HasSubstr("nan")));
 }
 
-TEST_F(ObjOfOneMesh, ControlledGeometryStandsAsItWasBound)
+TEST_F(ObjOfOneMesh, SkinnedGeometryIsPosedWithItsNormals)
+{
+    // The first two points stay, the third one turns from y to z about the node's x axis: with
+    // it its normal, which the others share. The node then moves all.
+    addTriangles(
+        {{scene::VERTEX, makeStream("mesh_vertices", 3, {}), 0}, {scene::NORMAL, normals, 1}},
+        {0, 0, 1, 0, 2, 0});
+    const auto joint = boost::make_shared<scene::Node>(scene);
+    joint->setID("joint");
+    joint->rotate(Eigen::AngleAxisf(1.5707964F, Eigen::Vector3f::UnitX()).toRotationMatrix());
+    scene->getRoot()->addNode(joint);
+    const auto skin = boost::make_shared<scene::Skin>(mesh);
+    const auto names = makeStream("names", 1, {});
+    names->setNameList({scene->getRoot()->getID(), "joint"});
+    const Eigen::Matrix4f identity = Eigen::Matrix4f::Identity();
+    std::vector<float> matrices(identity.data(), identity.data() + 16);
+    matrices.insert(matrices.end(), identity.data(), identity.data() + 16);
+    skin->setStreams({names, makeStream("matrices", 16, matrices), makeStream("weights", 1, {1})});
+    skin->setJointsInput("JOINT", "names");
+    skin->setJointsInput("INV_BIND_MATRIX", "matrices");
+    skin->setVertexWeightsInput("JOINT", "names");
+    skin->setVertexWeightsInput("WEIGHT", "weights");
+    skin->setVCount({1, 1, 1});
+    skin->setV({0, 0, 0, 0, 1, 0});
+    const auto controller = boost::make_shared<scene::Controller>("skin", "");
+    controller->setSkin(skin);
+    node->setTranslation(Eigen::Translation<float, 3>(0.0F, 0.0F, 5.0F));
+    node->addInstanceController(
+        boost::make_shared<scene::InstanceController>(makeInstance({}), controller));
+    std::istringstream text(written());
+    std::vector<std::string> words{std::istream_iterator<std::string>(text), {}};
+    const auto number = [&words](std::size_t place) { return std::stof(words.at(place)); };
+    // "v" and three numbers for each point, then the group, then the normals.
+    EXPECT_NEAR(number(7), 5.0F, 1e-6F);
+    EXPECT_NEAR(number(10), 0.0F, 1e-6F);
+    EXPECT_NEAR(number(11), 6.0F, 1e-6F);
+    const auto normalAt = [&](std::size_t place)
+    { return Eigen::Vector3f(number(place + 1), number(place + 2), number(place + 3)); };
+    const auto first =
+        static_cast<std::size_t>(std::find(words.begin(), words.end(), "vn") - words.begin());
+    EXPECT_TRUE(normalAt(first).isApprox(Eigen::Vector3f::UnitZ(), 1e-6F));
+    EXPECT_TRUE(normalAt(first + 8).isApprox(-Eigen::Vector3f::UnitY(), 1e-6F));
+    EXPECT_THAT(std::vector<std::string>(words.end() - 4, words.end()),
+                ::testing::ElementsAre("f", "1//1", "2//2", "3//3"));
+    EXPECT_EQ(result.unposedSkins, 0U);
+}
+
+TEST_F(ObjOfOneMesh, SkinsWithoutTheirJointsStandAsTheyWereBound)
 {
     addTriangles({{scene::VERTEX, makeStream("mesh_vertices", 3, {}), 0}}, {0, 1, 2});
     const auto skin = boost::make_shared<scene::Skin>(mesh);
@@ -163,5 +212,6 @@ TEST_F(ObjOfOneMesh, ControlledGeometryStandsAsItWasBound)
     EXPECT_THAT(written(), HasSubstr("v 0 0 5\nv 10 0 5\nv 0 10 5\n"
                                      "g my_node velmoran_material\nusemtl my_green\nf 1 2 3\n"));
     EXPECT_THAT(readFile(result.materialFile), HasSubstr("newmtl my_green\nKd 0 1 0\n"));
+    EXPECT_EQ(result.unposedSkins, 1U);
 }
 } // namespace velmoran::examples

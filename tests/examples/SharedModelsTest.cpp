@@ -160,6 +160,7 @@ public:
         compareNodes();
         compareSkins();
         compareAnimation();
+        compareSkinning();
     }
 
 private:
@@ -366,6 +367,65 @@ private:
             }
         }
         EXPECT_GT(compared, 0U);
+    }
+
+    /// What skin shows at rest and at the first and the third time of the reference, which
+    /// are times of keys.
+    void compareSkinning()
+    {
+        if (!m_reference.value("skinned", json::array()).empty())
+        {
+            comparePosed("/rest", "/rest", {});
+            comparePosed("/animated/0", "/animated/0", {"--time"});
+            comparePosed("/animated/2", "/animated/0", {"--time"});
+        }
+    }
+
+    /// The pose `expected` of the reference with the pose `actual` that the command gives.
+    void comparePosed(const std::string& expected, const std::string& actual,
+                      std::vector<const char*> arguments)
+    {
+        SCOPED_TRACE(expected);
+        const json& references = m_reference["skinned"];
+        const std::string time =
+            references[0].at(json::json_pointer(expected)).value("time", json()).dump();
+        if (!arguments.empty())
+        {
+            arguments.push_back(time.c_str());
+        }
+        arguments.insert(arguments.begin(), {"skin", m_document.c_str(), "--json"});
+        const Outcome outcome = run(arguments);
+        ASSERT_EQ(outcome.status, 0) << outcome.err;
+        const json skins = json::parse(outcome.out)["skinned"];
+        ASSERT_EQ(references.size(), skins.size());
+        for (std::size_t i = 0; i < skins.size(); ++i)
+        {
+            for (const char* key : {"controller", "node", "skeletons", "joints_resolved",
+                                    "joint_count", "joint_nodes", "node_world_is_identity"})
+            {
+                EXPECT_EQ(references[i][key], skins[i][key]);
+            }
+            compareVertices(references[i].at(json::json_pointer(expected))["with_node_world"],
+                            skins[i].at(json::json_pointer(actual))["with_node_world"]);
+        }
+    }
+
+    static void compareVertices(const json& expected, const json& actual)
+    {
+        ASSERT_EQ(expected["count"], actual["count"]);
+        const auto toVector = [](const json& point)
+        { return Eigen::Vector3d(point[0], point[1], point[2]); };
+        const double size = (toVector(expected["max"]) - toVector(expected["min"])).norm();
+        const auto compare = [&](const json& point, const json& other)
+        { EXPECT_LE((toVector(point) - toVector(other)).norm(), 1e-4 * size) << other; };
+        for (const char* key : {"min", "max", "mean"})
+        {
+            compare(expected[key], actual[key]);
+        }
+        for (std::size_t i = 0; i < expected["first20"].size(); ++i)
+        {
+            compare(expected["first20"][i], actual["vertices"][i]);
+        }
     }
 
     std::string m_document;
