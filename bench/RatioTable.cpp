@@ -67,8 +67,8 @@ const std::vector<Row> ROWS = {
     {"play/ours, unheard", "play/OpenSceneGraph", 1000, 0.1, 0},
     {"play/ours, heard", "play/ours, unheard", 1000, 0, 0},
     {"play/ours, into a map", "play/limit", 1000, 3.5, 0},
-    {"play/ours, 10,000 keys", "play/ours, 100 keys", 100, 1.5, 0},
-    {"seek/ours, 10,000 keys", "seek/ours, 100 keys", 100, 0, 0},
+    {"play/ours, 10,000 keys", "play/ours, 100 keys", 40, 1.5, 0},
+    {"seek/ours, 10,000 keys", "seek/ours, 100 keys", 40, 0, 0},
 
     {"triangles/ours, all held", "triangles/limit", 250000, 0, 0},
     {"triangles/ours, one by one and summed", "triangles/limit", 250000, 0, 0},
