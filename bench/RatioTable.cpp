@@ -70,6 +70,18 @@ const std::vector<Row> ROWS = {
     {"play/ours, 10,000 keys", "play/ours, 100 keys", 40, 1.5, 0},
     {"seek/ours, 10,000 keys", "seek/ours, 100 keys", 40, 0, 0},
 
+    {"skinning/ours", "skinning/Ogre, into a buffer that is there", 25000, 0, 6},
+    {"skinning/ours", "skinning/Ogre, into a buffer that is there", 100000, 2.3, 6},
+    {"skinning/ours", "skinning/Ogre, into a buffer that is there", 400000, 0, 0},
+    {"skinning/ours", "skinning/limit", 25000, 0, 0},
+    {"skinning/ours", "skinning/limit", 100000, 2, 0},
+    {"skinning/ours", "skinning/limit", 400000, 0, 0},
+    {"skinning/ours, by influences", "skinning/ours, by influences", 4, 0, 5},
+    {"replaceJoints/ours, by joints", "replaceJoints/limit", 150, 0, 6},
+    {"replaceJoints/ours, by vertices", "replaceJoints/ours, by vertices", 20000, 0, 1.5},
+    {"morph/ours, by joints", "morph/limit, by joints", 150, 0, 6},
+    {"morph/ours, by vertices", "morph/limit, by vertices", 20000, 0, 6},
+
     {"triangles/ours, all held", "triangles/limit", 250000, 0, 0},
     {"triangles/ours, one by one and summed", "triangles/limit", 250000, 0, 0},
 };

@@ -34,6 +34,13 @@ Matrix3d smallestRotation(const Vector3d& from, const Vector3d& to)
 
 Matrix3d nearestRotation(const Matrix3d& matrix)
 {
+    // Mostly a rotation up to what floats hold, of which a step of iteration (Bjoerck, Bowie
+    // 1971) squares the distance.
+    const Matrix3d excess = matrix.transpose() * matrix - Matrix3d::Identity();
+    if (excess.norm() < 1e-4)
+    {
+        return matrix - 0.5 * matrix * excess;
+    }
     const Eigen::JacobiSVD<Matrix3d> svd(matrix, Eigen::ComputeFullU | Eigen::ComputeFullV);
     Matrix3d left = svd.matrixU();
     if ((left * svd.matrixV().transpose()).determinant() < 0.0)

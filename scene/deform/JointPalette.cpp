@@ -19,6 +19,7 @@ public:
     {
     }
 
+    /// `name` stays where it is as long as this lives.
     const Eigen::Matrix4d* of(const std::string& name)
     {
         const auto [entry, isNew] = m_known.try_emplace(name, nullptr);
@@ -33,7 +34,7 @@ public:
 private:
     const JointFinder& m_findJoint;
     WorldMatrices& m_worlds;
-    std::unordered_map<std::string, const Eigen::Matrix4d*> m_known;
+    std::unordered_map<std::string_view, const Eigen::Matrix4d*> m_known;
 };
 } // namespace
 
@@ -80,9 +81,9 @@ const std::vector<std::string>& namesIn(const StreamPtr& stream)
     return stream ? stream->getNameList() : none;
 }
 
-std::unordered_map<std::string, std::size_t> firstIndices(const std::vector<std::string>& names)
+NameIndices firstIndices(const std::vector<std::string>& names)
 {
-    std::unordered_map<std::string, std::size_t> indices;
+    NameIndices indices;
     indices.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i)
     {

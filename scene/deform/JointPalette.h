@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -51,6 +52,9 @@ Eigen::Matrix4d matrixAt(const std::vector<float>& rows, std::size_t index);
 /// The names in a stream; none for an empty handle.
 const std::vector<std::string>& namesIn(const StreamPtr& stream);
 
-/// The index of the first entry of each name.
-std::unordered_map<std::string, std::size_t> firstIndices(const std::vector<std::string>& names);
+/// Indices by names, whose text stands elsewhere.
+using NameIndices = std::unordered_map<std::string_view, std::size_t>;
+
+/// The index of the first entry of each name; valid as long as `names` stays as it is.
+NameIndices firstIndices(const std::vector<std::string>& names);
 } // namespace velmoran::scene

@@ -38,7 +38,7 @@ void completeJoints(Skin& skin, const JointFinder& findJoint)
         return;
     }
     std::vector<std::string> names = joints->getNameList();
-    auto known = firstIndices(names);
+    NameIndices known = firstIndices(joints->getNameList());
     for (const std::string& name : weightJoints->getNameList())
     {
         if (known.try_emplace(name, names.size()).second && findJoint(name))

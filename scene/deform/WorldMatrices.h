@@ -3,10 +3,10 @@
 #include "scene/graph/Node.h"
 
 #include <Eigen/Core>
+#include <boost/container/small_vector.hpp>
 
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace velmoran::scene
 {
@@ -24,7 +24,8 @@ public:
     template <typename Derive>
     const Value& of(const Node& node, Derive derive)
     {
-        std::vector<const Node*> path; // without a value, from `node` upwards
+        boost::container::small_vector<const Node*, 16>
+            path; // without a value, from `node` upwards
         const Value* value = find(&node);
         for (const Node* above = &node; value == nullptr; value = find(above))
         {

@@ -1,5 +1,7 @@
 // Avatars: posing, reshaping and blending of skinned meshes.
 
+#include "core/event/EventManager.h"
+#include "scene/EventTypes.h"
 #include "scene/deform/JointPalette.h"
 #include "scene/deform/Skin.h"
 #include "scene/deform/SkinningKernel.h"
@@ -146,7 +148,7 @@ void SceneManager::morph(const SceneManagerPtr& target, float ratio)
         return;
     }
     const auto report = [this](const std::string& message)
-    { triggerEvent("DisplayMessageAt", message + ", 10, 10"); };
+    { raise(events::displayMessageAt(), message + ", 10, 10"); };
     if (!(ratio >= 0.0F && ratio <= 1.0F)) // a NaN is not inside
     {
         report("Invalid morph ratio. Morphing failed.");
