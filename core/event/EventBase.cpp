@@ -186,10 +186,14 @@ namespace
 template <typename IsOver>
 void callHandlers(const Handlers& handlers, Event& event, IsOver isOver)
 {
-    for (std::size_t i = 0; i < handlers.size() && !isOver(); ++i)
+    std::size_t i = 0;
+    for (; i + 1 < handlers.size() && !isOver(); ++i)
     {
-        const bool isLast = i + 1 == handlers.size();
-        (*handlers[i])(isLast ? std::move(event) : event);
+        (*handlers[i])(event);
+    }
+    if (i + 1 == handlers.size() && !isOver())
+    {
+        (*handlers[i])(std::move(event));
     }
 }
 } // namespace
