@@ -170,35 +170,54 @@ void run(benchmark::State& state, Result (*deduplicate)(const std::vector<Tuple>
     countItems(state, state.range(0));
 }
 
-void runOurs(benchmark::State& state)
+using Insertion = std::vector<int> (*)(scene::Stream&, const std::vector<float>&);
+
+std::vector<int> insertOneByOne(scene::Stream& stream, const std::vector<float>& values)
+{
+    std::vector<int> indices;
+    indices.reserve(values.size() / 3);
+    for (std::size_t i = 0; i < values.size(); i += 3)
+    {
+        indices.push_back(stream.insertValue(3, &values[i]));
+    }
+    return indices;
+}
+
+std::vector<int> insertTogether(scene::Stream& stream, const std::vector<float>& values)
+{
+    return stream.insertValues(values);
+}
+
+void runOurs(benchmark::State& state, Insertion insert)
 {
     const Sample& sample = sampleOf(state.range(0));
+    std::vector<float> values(3 * sample.tuples.size());
+    std::memcpy(values.data(), sample.tuples.data(), values.size() * sizeof(float));
     scene::Stream stream("positions", 3, false);
-    std::vector<unsigned int> indices;
+    std::vector<int> indices;
     for (auto _ : state)
     {
         stream = scene::Stream("positions", 3, false);
-        indices = std::vector<unsigned int>();
-        indices.reserve(sample.tuples.size());
-        for (const Tuple& tuple : sample.tuples)
-        {
-            indices.push_back(static_cast<unsigned int>(stream.insertValue(3, &tuple.x)));
-        }
+        indices = insert(stream, values);
         benchmark::DoNotOptimize(indices.data());
     }
     const std::vector<float>& data = stream.getData();
-    const std::vector<Tuple>& expected = sample.expected.data;
-    require(state, indices == sample.expected.indices, "wrong indices");
+    const Result& expected = sample.expected;
     require(state,
-            data.size() == 3 * expected.size() &&
-                std::memcmp(data.data(), expected.data(), data.size() * sizeof(float)) == 0,
+            std::equal(indices.begin(), indices.end(), expected.indices.begin(),
+                       expected.indices.end(), [](int a, unsigned int b) { return a == int(b); }),
+            "wrong indices");
+    require(state,
+            data.size() == 3 * expected.data.size() &&
+                std::memcmp(data.data(), expected.data.data(), data.size() * sizeof(float)) == 0,
             "wrong data");
     countItems(state, state.range(0));
 }
 
 constexpr auto SIZES = &atNAnd4N<1000000>;
 
-BENCHMARK(runOurs)->Name("insertValue/ours")->Apply(SIZES);
+BENCHMARK_CAPTURE(runOurs, one, insertOneByOne)->Name("insertValue/ours")->Apply(SIZES);
+BENCHMARK_CAPTURE(runOurs, all, insertTogether)->Name("insertValues/ours")->Apply(SIZES);
 BENCHMARK_CAPTURE(run, limit, deduplicateFlat)->Name("insertValue/limit")->Apply(SIZES);
 BENCHMARK_CAPTURE(run, map, deduplicateWithMap<StandardMap>)
     ->Name("insertValue/std::unordered_map")

@@ -51,6 +51,15 @@ public:
     /// `mutableData` costs time in proportion to the tuples present.
     int insertValue(int n, const float* values);
 
+    /// Inserts the whole tuples of `values` one after the other, and returns what
+    /// `insertValue` answers for each. Floats behind the last whole tuple are left out; a
+    /// stream whose stride is not positive takes nothing and answers an empty list.
+    ///
+    /// Several times as fast as single calls when the stream is large: tuples are looked
+    /// for in groups, and the table grows towards the size that the tuples so far suggest.
+    /// An empty stream without duplicates takes over the memory of `values`.
+    std::vector<int> insertValues(std::vector<float> values);
+
     const std::string& getID() const;
     void setID(const std::string& id);
 
@@ -95,12 +104,15 @@ private:
     std::size_t getTupleCount() const;
     int append(const float* values, std::size_t index);
     int insertIndexed(const float* values, std::size_t index);
-    void updateIndex(std::size_t tuples);
+    void sortOut(std::size_t first, std::vector<int>& indices);
+    void sortOutBlock(std::size_t first, std::size_t tuples, int* indices);
+    void updateIndex(std::size_t tuples, std::size_t room, std::size_t expected);
     void indexBlock(std::size_t tuples);
     std::uint32_t& findSlot(const float* values, std::uint32_t hash);
     std::size_t getHome(std::uint32_t hash) const;
     std::uint32_t makeTag(std::uint32_t hash) const;
     std::uint32_t makeSlot(std::size_t tuple, std::uint32_t hash) const;
+    bool isCandidate(std::uint32_t slot, std::uint32_t tag) const;
     std::size_t slotTuple(std::uint32_t slot) const;
     void dropIndex();
 

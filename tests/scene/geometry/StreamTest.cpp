@@ -67,6 +67,37 @@ TEST(Stream, InsertsLikeALinearSearchWhateverHappensToItsData)
     }
 }
 
+TEST(Stream, InsertsManyTuplesAsOneAfterTheOther)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 60; ++round)
+    {
+        SCOPED_TRACE(round);
+        const int width = 1 + round % 4;
+        Stream many("s", width, round % 7 == 0);
+        Stream single("s", width, many.getAllowDuplicates());
+        for (const unsigned int kinds : {3u, 2000u, 40u})
+        {
+            std::vector<float> values(random() % 9000);
+            for (float& value : values)
+            {
+                value = static_cast<float>(random() % kinds);
+                value = random() % 900 == 0 ? std::numeric_limits<float>::quiet_NaN() : -value;
+            }
+            std::vector<int> expected;
+            for (std::size_t i = 0; i + many.getStride() <= values.size(); i += many.getStride())
+            {
+                expected.push_back(single.insertValue(width, &values[i]));
+            }
+            ASSERT_EQ(many.insertValues(values), expected);
+            ASSERT_EQ(many.getCount(), single.getCount());
+            ASSERT_EQ(many.getData().size(), single.getData().size());
+            many.mutableData().pop_back(); // the last tuple is broken now
+            single.mutableData().pop_back();
+        }
+    }
+}
+
 TEST(Stream, ForgetsItsOrderOfTuplesWithItsStride)
 {
     Stream stream("s", 1, false);
@@ -121,6 +152,8 @@ TEST(Stream, TakesValuesOutOfItsOwnData)
         stream.insertValue(2, stream.getData().data());
         ASSERT_EQ(stream.getData()[static_cast<std::size_t>(2 * i) + 1], 5.0f);
     }
+    EXPECT_EQ(stream.insertValues(stream.getData()).back(), 199);
+    EXPECT_TRUE(Stream("s", -1, false).insertValues({1.0f, 2.0f}).empty());
 }
 
 TEST(StreamSemantic, IsReadFromMoreNamesThanItIsWrittenWith)
