@@ -25,6 +25,8 @@ const std::vector<Row> ROWS = {
     {"insertValue/ours", "insertValue/absl::flat_hash_map", MILLION, 1.25, 0},
     {"insertValue/ours", "insertValue/std::unordered_map", MILLION, 0, 0},
     {"insertValue/ours", "insertValue/limit", MILLION, 0, 0},
+    {"insertValues/ours", "insertValue/absl::flat_hash_map", MILLION, 0.7, 6.5},
+    {"insertValues/ours", "insertValue/limit", MILLION, 1.2, 0},
 
     {"event/ours, heard", "event/Boost.Signals2 by type", MILLION, 1.0, 0},
     {"event/ours, heard", "event/Boost.Signals2 without look-up", MILLION, 0, 0},
@@ -82,8 +84,31 @@ const std::vector<Row> ROWS = {
     {"morph/ours, by joints", "morph/limit, by joints", 150, 0, 6},
     {"morph/ours, by vertices", "morph/limit, by vertices", 20000, 0, 6},
 
+    {"subdivision/ours, positions", "subdivision/CGAL", 62500, 0, 6.5},
+    {"subdivision/ours, positions", "subdivision/CGAL", 250000, 0.45, 0},
+    {"subdivision/ours, positions", "subdivision/limit", 250000, 0, 0},
+    {"subdivision/ours, normals and texture coordinates", "subdivision/CGAL", 62500, 0, 6.5},
+    {"subdivision/ours, normals and texture coordinates", "subdivision/CGAL", 250000, 1.25, 0},
+    {"subdivision/ours, normals and texture coordinates", "subdivision/limit", 250000, 0, 0},
+    {"subdivision/ours, skinned", "subdivision/ours, positions", 62500, 0, 6.5},
+    {"subdivision/ours, fan", "subdivision/ours, positions", 62500, 0, 6.5},
+
     {"triangles/ours, all held", "triangles/limit", 250000, 0, 0},
     {"triangles/ours, one by one and summed", "triangles/limit", 250000, 0, 0},
+
+    {"octree/ours", "octree/CGAL AABB_tree build", 50000, 0, 6.5},
+    {"octree/ours", "octree/CGAL AABB_tree build", 200000, 1.2, 0},
+    {"octree/ours", "octree/limit", 200000, 0, 0},
+    {"pick/ours", "pick/CGAL AABB_tree nearest hit", 50000, 0, 6.5},
+    {"pick/ours", "pick/CGAL AABB_tree nearest hit", 200000, 0.5, 0},
+    {"pick/ours", "pick/limit", 200000, 0, 0},
+
+    {"normals/ours, with the vertices", "normals/OpenMesh update_normals", 250000, 0, 6.5},
+    {"normals/ours, with the vertices", "normals/OpenMesh update_normals", MILLION, 0.35, 0},
+    {"normals/ours, with the vertices", "normals/limit", MILLION, 1.4, 0},
+    {"normals/ours, in a slot of their own", "normals/OpenMesh update_normals", 250000, 0, 6.5},
+    {"normals/ours, in a slot of their own", "normals/OpenMesh update_normals", MILLION, 1.0, 0},
+    {"normals/ours, in a slot of their own", "normals/limit", MILLION, 0, 0},
 };
 
 double medianOf(std::vector<double> values)

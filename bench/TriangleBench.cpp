@@ -2,6 +2,7 @@
 
 #include "bench/Allocations.h"
 #include "bench/Cases.h"
+#include "bench/Grids.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/Triangle.h"
@@ -23,11 +24,11 @@ using namespace velmoran::scene;
 // The larger size has the million triangles.
 constexpr auto SIZES = &atNAnd4N<250000>;
 
-constexpr int ATTRIBUTES = 3;          // position, normal and texture coordinate
+constexpr std::size_t ATTRIBUTES = 3;  // position, normal and texture coordinate
 constexpr std::size_t CORNER_SIZE = 8; // their floats
 
-/// A wavy grid of triangles, its three attributes with an index of their own each. Sums
-/// of its numbers are exact, in whatever order.
+/// A grid whose corners have three attributes with an index of their own each. Sums of its
+/// numbers are exact, in whatever order.
 struct Grid
 {
     std::vector<float> positions;
@@ -38,34 +39,17 @@ struct Grid
 
 Grid makeGrid(std::int64_t triangles)
 {
-    constexpr unsigned int COLUMNS = 500;
-    const auto rows = static_cast<unsigned int>(triangles / 2 / COLUMNS);
+    FlatGrid flat = makeFlatGrid(triangles);
     Grid grid;
-    for (unsigned int row = 0; row <= rows; ++row)
+    for (std::size_t i = 0; i < flat.vertexCount(); ++i)
     {
-        for (unsigned int column = 0; column <= COLUMNS; ++column)
-        {
-            const auto x = static_cast<float>(column);
-            const auto y = static_cast<float>(row);
-            const auto z = static_cast<float>((column * row) % 7);
-            grid.positions.insert(grid.positions.end(), {x, y, z});
-            grid.normals.insert(grid.normals.end(), {0.0F, 0.5F, 0.75F});
-            grid.coordinates.insert(grid.coordinates.end(), {x / 512.0F, y / 512.0F});
-        }
+        const float* const position = &flat.positions[3 * i];
+        grid.normals.insert(grid.normals.end(), {0.0F, 0.5F, 0.75F});
+        grid.coordinates.insert(grid.coordinates.end(),
+                                {position[0] / 512.0F, position[1] / 512.0F});
     }
-    for (unsigned int row = 0; row < rows; ++row)
-    {
-        for (unsigned int column = 0; column < COLUMNS; ++column)
-        {
-            const unsigned int corner = row * (COLUMNS + 1) + column;
-            const unsigned int above = corner + COLUMNS + 1;
-            for (const unsigned int index :
-                 {corner, corner + 1, above, above, corner + 1, above + 1})
-            {
-                grid.indices.insert(grid.indices.end(), ATTRIBUTES, index);
-            }
-        }
-    }
+    grid.indices = repeatIndices(flat.indices, ATTRIBUTES);
+    grid.positions = std::move(flat.positions);
     return grid;
 }
 
@@ -170,7 +154,7 @@ void readOurs(benchmark::State& state)
     const auto count = static_cast<double>(state.range(0));
     // A triangle, its vertices, the element list of each, and for each attribute of a
     // corner an element with its floats.
-    const double handedOut = 1 + 3 + 3 + 3 * ATTRIBUTES * 2;
+    const double handedOut = 1 + 3 + 3 + 3 * static_cast<double>(ATTRIBUTES) * 2;
     std::uint64_t allocations = 0;
     std::vector<IPrimitivePtr> triangles;
     for (auto _ : state)

@@ -24,13 +24,27 @@ set(velmoran_private_headers
     scene/animation/PoseLanes.h
     scene/animation/RevisionStamp.h
     scene/animation/SamplerKeys.h
+    scene/deform/Influences.h
     scene/deform/JointFrames.h
     scene/deform/JointPalette.h
     scene/deform/SkinBinding.h
+    scene/deform/SkinRefinement.h
     scene/deform/SkinningKernel.h
     scene/deform/WorldMatrices.h
+    scene/geometry/CornerValues.h
     scene/geometry/CornerWriter.h
+    scene/geometry/DistinctValues.h
+    scene/geometry/EdgeTable.h
+    scene/geometry/Midpoints.h
+    scene/geometry/RefinedValues.h
+    scene/geometry/FaceCorners.h
+    scene/geometry/NormalSlots.h
+    scene/geometry/NormalStorage.h
     scene/geometry/StreamList.h
+    scene/geometry/Subdivision.h
+    scene/geometry/TriangleTests.h
+    scene/geometry/UnrefinedFaces.h
+    scene/geometry/VertexNormals.h
     scene/graph/HandleList.h
     scene/graph/NodeWalk.h
     scene/graph/PoseWriter.h
@@ -43,7 +57,13 @@ set(velmoran_private_headers
     scene/manager/NodeIndex.h
     scene/manager/NodeTable.h
     scene/manager/SceneGraphMerger.h
-    scene/manager/SceneWorker.h)
+    scene/manager/SceneWorker.h
+    scene/spatial/CellSearch.h
+    scene/spatial/CellTree.h
+    scene/spatial/FlatElements.h
+    scene/spatial/Octants.h
+    scene/spatial/PickIndex.h
+    scene/spatial/PrefetchElement.h)
 file(GLOB_RECURSE velmoran_headers CONFIGURE_DEPENDS
     RELATIVE ${PROJECT_SOURCE_DIR} core/*.h scene/*.h)
 list(REMOVE_ITEM velmoran_headers ${velmoran_private_headers})

@@ -34,6 +34,9 @@ class IMeshPrimitive;
 class IPrimitive;
 class Triangle;
 class TriangleMeshPrimitive;
+class Polygon;
+class PolygonMeshPrimitive;
+class ConvexMesh;
 class GeometryManager;
 class InstanceGeometry;
 using StreamPtr = boost::shared_ptr<Stream>;
@@ -45,6 +48,9 @@ using IMeshPrimitivePtr = boost::shared_ptr<IMeshPrimitive>;
 using IPrimitivePtr = boost::shared_ptr<IPrimitive>;
 using TrianglePtr = boost::shared_ptr<Triangle>;
 using TriangleMeshPrimitivePtr = boost::shared_ptr<TriangleMeshPrimitive>;
+using PolygonPtr = boost::shared_ptr<Polygon>;
+using PolygonMeshPrimitivePtr = boost::shared_ptr<PolygonMeshPrimitive>;
+using ConvexMeshPtr = boost::shared_ptr<ConvexMesh>;
 using GeometryManagerPtr = boost::shared_ptr<GeometryManager>;
 using InstanceGeometryPtr = boost::shared_ptr<InstanceGeometry>;
 
@@ -88,7 +94,11 @@ using ISceneControllerPtr = boost::shared_ptr<ISceneController>;
 
 // spatial
 class Ray;
+class OctreeNode;
+class Octree;
 using RayPtr = boost::shared_ptr<Ray>;
+using OctreeNodePtr = boost::shared_ptr<OctreeNode>;
+using OctreePtr = boost::shared_ptr<Octree>;
 
 // physics
 class IPhysicsShape;

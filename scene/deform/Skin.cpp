@@ -1,14 +1,27 @@
 #include "scene/deform/Skin.h"
 
+#include "scene/deform/Influences.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/StreamList.h"
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 namespace velmoran::scene
 {
+namespace
+{
+void appendTo(std::vector<int>& joints, std::vector<float>& weights,
+              const std::vector<Influence>& influences)
+{
+    for (const Influence& influence : influences)
+    {
+        joints.push_back(influence.joint);
+        weights.push_back(influence.weight);
+    }
+}
+} // namespace
+
 Skin::Skin(const IGeometryPtr& sourceGeometry)
     : m_sourceGeometry(sourceGeometry), m_bindShapeMatrix(Eigen::Matrix4f::Identity())
 {
@@ -122,49 +135,35 @@ void Skin::setV(std::vector<int> v)
 void Skin::getVertexJointsAndWeights(int vertex, std::vector<int>& joints,
                                      std::vector<float>& weights) const
 {
-    const StreamPtr& stream = m_inputs[WEIGHTS_WEIGHT];
-    if (vertex < 0 || static_cast<std::size_t>(vertex) >= m_vcount.size() || !stream)
-    {
-        return;
-    }
-    const std::size_t available = m_v.size() / 2; // influences that `v` has room for
-    std::size_t first = 0;
-    for (int i = 0; i < vertex; ++i)
-    {
-        first += std::min<std::size_t>(m_vcount[static_cast<std::size_t>(i)], available - first);
-    }
-    const std::size_t count =
-        std::min<std::size_t>(m_vcount[static_cast<std::size_t>(vertex)], available - first);
-    const std::vector<float>& values = stream->getData();
-    for (std::size_t i = first; i < first + count; ++i)
-    {
-        const int weight = m_v[2 * i + 1];
-        if (weight >= 0 && static_cast<std::size_t>(weight) < values.size())
-        {
-            joints.push_back(m_v[2 * i]);
-            weights.push_back(values[static_cast<std::size_t>(weight)]);
-        }
-    }
+    std::vector<Influence> influences;
+    appendInfluences(vertex, influences);
+    appendTo(joints, weights, influences);
 }
 
 void Skin::calculateNewJointsAndWeights(int vertexA, int vertexB, std::vector<int>& joints,
                                         std::vector<float>& weights) const
 {
-    std::vector<int> joined;
-    std::vector<float> joinedWeights;
-    getVertexJointsAndWeights(vertexA, joined, joinedWeights);
-    getVertexJointsAndWeights(vertexB, joined, joinedWeights);
+    std::vector<Influence> influences;
+    appendInfluences(vertexA, influences);
+    appendInfluences(vertexB, influences);
+    joinHalfway(influences);
+    appendTo(joints, weights, influences);
+}
 
-    std::map<int, float> sums; // in ascending order of the joints
-    for (std::size_t i = 0; i < joined.size(); ++i)
+void Skin::appendInfluences(int vertex, std::vector<Influence>& influences) const
+{
+    const StreamPtr& stream = m_inputs[WEIGHTS_WEIGHT];
+    if (vertex < 0 || static_cast<std::size_t>(vertex) >= m_vcount.size() || !stream)
     {
-        sums[joined[i]] += joinedWeights[i];
+        return;
     }
-    for (const auto& [joint, sum] : sums)
+    const InfluenceLists lists{m_vcount, m_v, stream->getData()};
+    std::size_t before = 0;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(vertex); ++i)
     {
-        joints.push_back(joint);
-        weights.push_back(sum * 0.5F);
+        before += lists.countAt(i, before);
     }
+    lists.append(before, lists.countAt(static_cast<std::size_t>(vertex), before), influences);
 }
 
 Skin::Input Skin::jointsInput(const std::string& semantic)

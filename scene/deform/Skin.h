@@ -10,6 +10,8 @@
 
 namespace velmoran::scene
 {
+struct Influence;
+
 /// How the joints of a skeleton move the vertices of a mesh.
 ///
 /// Data: the joints inputs name the joints and give each its inverse bind matrix; the
@@ -124,6 +126,7 @@ private:
     static Input vertexWeightsInput(const std::string& semantic);
     StreamPtr getInput(Input input) const;
     void setInput(Input input, const std::string& streamId);
+    void appendInfluences(int vertex, std::vector<Influence>& influences) const;
 
     IGeometryPtr m_sourceGeometry;
     std::vector<StreamPtr> m_streams; ///< none empty

@@ -3,6 +3,7 @@
 #include "core/logger/BasicDecorator.h"
 #include "core/logger/FileWriterFactory.h"
 #include "core/logger/IWriter.h"
+#include "scene/EventTypes.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 
@@ -191,6 +192,26 @@ GeometryManager::collectIncoming(const GeometryMap& others, bool discardRepeated
         m_logger << "[INFO] Found repeated geometry ID. Renamed geometry " + id + " to " + newID;
     }
     return incoming;
+}
+
+void GeometryManager::recalculateVertexNormals(const std::string& id)
+{
+    const IGeometryPtr geometry = getGeometry(id);
+    if (geometry)
+    {
+        geometry->recalculateVertexNormals();
+        triggerEvent(events::geometryTopologyUpdate().getName(), id);
+    }
+}
+
+void GeometryManager::subDivideGeometry(const std::string& id, const ControllerPtr& controller)
+{
+    const IGeometryPtr geometry = getGeometry(id);
+    if (geometry)
+    {
+        geometry->subDivide(controller);
+        triggerEvent(events::geometryTopologyUpdate().getName(), id);
+    }
 }
 
 void GeometryManager::print()

@@ -60,6 +60,14 @@ public:
     std::map<std::string, std::string>
     mergeGeometries(const boost::shared_ptr<GeometryManager>& other, bool discardRepeated);
 
+    /// Computes the normals of the geometry under `id` anew and raises
+    /// "GeometryTopologyUpdate" with the ID. An unknown ID does nothing.
+    void recalculateVertexNormals(const std::string& id);
+
+    /// Refines the geometry under `id` once, with the skin of `controller` if there is one,
+    /// and raises "GeometryTopologyUpdate" with the ID. An unknown ID does nothing.
+    void subDivideGeometry(const std::string& id, const ControllerPtr& controller);
+
     /// Prints every geometry in ascending order of the IDs.
     void print();
 

@@ -49,6 +49,13 @@ public:
     virtual Eigen::Vector3f getBVMin() = 0;
     virtual Eigen::Vector3f getBVMax() = 0;
 
+    /// Computes the normals anew from the faces and positions.
+    virtual void recalculateVertexNormals() = 0;
+
+    /// Refines the faces once. The skin of `controller`, which may be empty, gets the
+    /// influences of the refined vertices.
+    virtual void subDivide(const ControllerPtr& controller) = 0;
+
     virtual ~IGeometry();
 };
 } // namespace velmoran::scene

@@ -66,6 +66,13 @@ public:
     virtual void setMaterialSymbol(std::string symbol) = 0;
     virtual std::string getMaterialSymbol() const = 0;
 
+    /// Computes the normals anew from the faces and positions.
+    virtual void recalculateVertexNormals() = 0;
+
+    /// Refines the faces once. The skin of `controller`, which may be empty, gets the
+    /// influences of the refined vertices.
+    virtual void subDivide(const ControllerPtr& controller) = 0;
+
     /// A copy for `mesh`, which is not added to it. Its inputs share the streams.
     virtual IMeshPrimitivePtr clone(const MeshPtr& mesh) const = 0;
 

@@ -15,6 +15,7 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT IPrimitive
 {
 public:
+    /// A vector perpendicular to the face; its length is up to the kind of face.
     virtual Eigen::Vector3f getFaceNormal() const = 0;
 
     /// Moves the positions of all corners by `matrix`; other attributes stay.
@@ -22,6 +23,14 @@ public:
 
     /// The corners in order.
     virtual std::vector<VertexPtr> getVertexArray() const = 0;
+
+    /// Whether `ray` meets the face, from either side and not behind its origin; its
+    /// boundary counts. False for an empty handle.
+    virtual bool intersects(const RayPtr& ray) const = 0;
+
+    /// Whether the face meets the axis-aligned box between the corners `min` and `max`;
+    /// the boundary of both counts.
+    virtual bool intersects(const Eigen::Vector3f& min, const Eigen::Vector3f& max) const = 0;
 
     virtual ~IPrimitive();
 };

@@ -79,6 +79,21 @@ public:
     void calculateBVMax();
     void calculateBVMin();
 
+    // Refinement. The triangle primitives are treated as one, because they share positions;
+    // then primitives of other kinds, and those that another mesh's positions belong to, do
+    // it for themselves, in order.
+
+    /// Computes the normals of all triangle primitives anew. See
+    /// `TriangleMeshPrimitive::recalculateVertexNormals`; normals that are stored with
+    /// the vertices are summed over all primitives.
+    void recalculateVertexNormals() override;
+
+    /// Refines all triangle primitives once. See `TriangleMeshPrimitive::subDivide`; edges and
+    /// new streams are shared by all of them, as far as each had such values. Polygons keep
+    /// their faces, and say on standard output that they are not refined. A mesh without
+    /// triangle primitives keeps its streams.
+    void subDivide(const ControllerPtr& controller) override;
+
     // Streams
 
     /// Appends `stream`; an empty handle is ignored.

@@ -182,6 +182,13 @@ void MeshPrimitiveBase::replaceStream(const StreamPtr& current, const StreamPtr&
     }
 }
 
+void MeshPrimitiveBase::setFaces(std::vector<StreamMapping> mapping,
+                                 std::vector<unsigned int> indices)
+{
+    m_streamMapping = std::move(mapping);
+    m_indexStream = std::move(indices);
+}
+
 StreamPtr MeshPrimitiveBase::validateStreamStateForVertexElement(const VertexElementPtr& element,
                                                                  bool shareEqualValues)
 {

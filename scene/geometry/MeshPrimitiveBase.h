@@ -81,6 +81,10 @@ public:
     /// `current` is not looked for.
     void replaceStream(const StreamPtr& current, const StreamPtr& stream);
 
+    /// Replaces the inputs and the index records, for whoever has rebuilt the streams. The
+    /// bounds stay, and so does what a primitive knows of its faces beside their records.
+    void setFaces(std::vector<StreamMapping> mapping, std::vector<unsigned int> indices);
+
     // Reading and adding values
 
     /// The stream that takes values of `element`: the one that is there, else a new one

@@ -1,6 +1,8 @@
 #include "scene/geometry/Triangle.h"
 
+#include "scene/geometry/TriangleTests.h"
 #include "scene/geometry/Vertex.h"
+#include "scene/spatial/Ray.h"
 
 #include <Eigen/Geometry>
 
@@ -68,6 +70,26 @@ void Triangle::applyTransform(const Eigen::Matrix4f& matrix)
 std::vector<VertexPtr> Triangle::getVertexArray() const
 {
     return {m_vertices.begin(), m_vertices.end()};
+}
+
+bool Triangle::intersects(const RayPtr& ray) const
+{
+    if (!ray || !hasArea(m_positions))
+    {
+        return false;
+    }
+    const TriangleRayTest test(ray->getOrigin(), ray->getDirection());
+    return test.isUsable() && test.meets(m_positions).has_value();
+}
+
+bool Triangle::intersects(const Eigen::Vector3f& min, const Eigen::Vector3f& max) const
+{
+    return hasArea(m_positions) && meetsBox(m_positions, min, max);
+}
+
+const std::array<Eigen::Vector3f, 3>& Triangle::getPositions() const
+{
+    return m_positions;
 }
 
 VertexPtr Triangle::getVertexAt(unsigned int index) const

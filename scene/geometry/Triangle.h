@@ -38,6 +38,24 @@ public:
 
     std::vector<VertexPtr> getVertexArray() const override;
 
+    // Tests. Both are closed: what touches the boundary meets it, also where coordinates
+    // must be rounded, so that a ray through an edge of two triangles never slips between
+    // them. Rounding makes a gap count as touching only around 1e-15 of the size. A triangle
+    // whose positions lie exactly on one line has no area and meets nothing, nor does one with
+    // a coordinate that is not finite.
+
+    /// Möller and Trumbore's test (1997), from either side and not behind the origin. False
+    /// for an empty handle, a ray without direction or within the triangle's plane, and
+    /// coordinates that are not finite.
+    bool intersects(const RayPtr& ray) const override;
+
+    /// Akenine-Möller's separating-axis test (2001). False when `min` is above `max` on any
+    /// axis and for coordinates that are not finite.
+    bool intersects(const Eigen::Vector3f& min, const Eigen::Vector3f& max) const override;
+
+    /// The positions of the corners in order, as the cache holds them.
+    const std::array<Eigen::Vector3f, 3>& getPositions() const;
+
     /// Corner 0, 1 or 2; empty for any other index.
     VertexPtr getVertexAt(unsigned int index) const;
 

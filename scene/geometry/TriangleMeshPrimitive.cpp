@@ -2,8 +2,10 @@
 
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
+#include "scene/geometry/Subdivision.h"
 #include "scene/geometry/Triangle.h"
 #include "scene/geometry/Vertex.h"
+#include "scene/geometry/VertexNormals.h"
 
 #include <boost/make_shared.hpp>
 
@@ -114,6 +116,32 @@ TrianglePtr TriangleMeshPrimitive::readTriangle(unsigned int index, unsigned int
 bool TriangleMeshPrimitive::addTriangle(const TrianglePtr& triangle, bool shareEqualValues)
 {
     return triangle && appendCorners(triangle->getVertexArray(), shareEqualValues);
+}
+
+void TriangleMeshPrimitive::setStreamMapping(std::vector<StreamMapping> mapping)
+{
+    m_streamMapping = std::move(mapping);
+}
+
+std::vector<unsigned int>& TriangleMeshPrimitive::mutableIndexStream()
+{
+    return m_indexStream;
+}
+
+void TriangleMeshPrimitive::recalculateVertexNormals()
+{
+    if (m_mesh)
+    {
+        computeVertexNormals(*m_mesh, {this});
+    }
+}
+
+void TriangleMeshPrimitive::subDivide(const ControllerPtr& controller)
+{
+    if (m_mesh)
+    {
+        subDivideTriangles(*m_mesh, {this}, controller);
+    }
 }
 
 bool TriangleMeshPrimitive::compare(const Eigen::Vector3f& a, const Eigen::Vector3f& b) const
