@@ -31,7 +31,8 @@ bool readAll(const std::string& fileName, std::string& text)
 }
 } // namespace
 
-ReadResult ColladaReader::readFile(const std::string& fileName, const scene::SceneManagerPtr& scene)
+ReadResult ColladaReader::readFile(const std::string& fileName, const scene::SceneManagerPtr& scene,
+                                   const ReadOptions& options)
 {
     std::string text;
     errno = 0;
@@ -40,11 +41,11 @@ ReadResult ColladaReader::readFile(const std::string& fileName, const scene::Sce
         return makeError(fileName +
                          ": the file can't be read: " + std::generic_category().message(errno));
     }
-    return readText(text, fileName, scene);
+    return readText(text, fileName, scene, options);
 }
 
 ReadResult ColladaReader::readText(const std::string& text, const std::string& displayName,
-                                   const scene::SceneManagerPtr& scene)
+                                   const scene::SceneManagerPtr& scene, const ReadOptions& options)
 {
     if (!scene)
     {
@@ -53,7 +54,7 @@ ReadResult ColladaReader::readText(const std::string& text, const std::string& d
     try
     {
         collada::Document document(text, displayName);
-        const collada::Content content(document);
+        const collada::Content content(document, options);
         collada::buildScene(document, content, scene);
         ReadResult result;
         result.ok = true;

@@ -2,20 +2,26 @@
 
 #include "core/event/EventManager.h"
 #include "examples/collada/Primitives.h"
+#include "scene/geometry/ConvexMesh.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
 
 #include <boost/make_shared.hpp>
+#include <boost/pointer_cast.hpp>
 
 #include <algorithm>
 #include <set>
+#include <string_view>
+#include <unordered_set>
 
 namespace velmoran::examples::collada
 {
 namespace
 {
+constexpr const char* HULL_OF = "convex_hull_of";
+
 void readVertices(Sources& sources, MeshDraft& draft)
 {
     const pugi::xml_node vertices = draft.element.child("vertices");
@@ -38,6 +44,28 @@ void readVertices(Sources& sources, MeshDraft& draft)
     }
 }
 
+/// The element that tells what the geometry is made of; empty when it is no mesh.
+pugi::xml_node findBody(const pugi::xml_node& geometry)
+{
+    const pugi::xml_node mesh = geometry.child("mesh");
+    return mesh ? mesh : geometry.child("convex_mesh");
+}
+
+/// Whether it names the geometry whose hull it is.
+bool isHull(const pugi::xml_node& geometry)
+{
+    return !findBody(geometry).attribute(HULL_OF).empty();
+}
+
+scene::MeshPtr makeMesh(const pugi::xml_node& geometry, const pugi::xml_node& body)
+{
+    const std::string id = getAttribute(geometry, "id");
+    const std::string name = getAttribute(geometry, "name");
+    return std::string_view(body.name()) == "mesh"
+               ? boost::make_shared<scene::Mesh>(id, name)
+               : boost::make_shared<scene::ConvexMesh>(id, name);
+}
+
 std::vector<std::string> findSymbols(const scene::Mesh& mesh)
 {
     std::set<std::string> symbols;
@@ -49,19 +77,28 @@ std::vector<std::string> findSymbols(const scene::Mesh& mesh)
 }
 } // namespace
 
-Meshes::Meshes(Document& document, Sources& sources)
-    : m_manager(boost::make_shared<scene::GeometryManager>(core::event::EventManagerPtr()))
+Meshes::Meshes(Document& document, Sources& sources, const ReadOptions& options)
+    : m_document(document),
+      m_sources(sources),
+      m_options(options),
+      m_manager(boost::make_shared<scene::GeometryManager>(core::event::EventManagerPtr()))
 {
-    for (const pugi::xml_node& geometry : document.getIdentified("library_geometries", "geometry"))
+    const std::vector<pugi::xml_node> geometries =
+        document.getIdentified("library_geometries", "geometry");
+    for (const pugi::xml_node& geometry : geometries)
     {
-        if (geometry.child("mesh"))
+        if (const pugi::xml_node body = findBody(geometry))
         {
-            readGeometry(document, sources, geometry);
+            readGeometry(geometry, body);
         }
         else
         {
             document.warn(geometry, "left out: it is not a mesh");
         }
+    }
+    for (const pugi::xml_node& geometry : geometries)
+    {
+        linkHull(geometry);
     }
 }
 
@@ -81,20 +118,55 @@ const std::vector<std::string>& Meshes::getSymbols(const scene::MeshPtr& mesh) c
     return m_symbols.at(mesh.get());
 }
 
-void Meshes::readGeometry(Document& document, Sources& sources, const pugi::xml_node& geometry)
+void Meshes::readGeometry(const pugi::xml_node& geometry, const pugi::xml_node& body)
 {
     MeshDraft draft;
-    draft.element = geometry.child("mesh");
-    draft.mesh = boost::make_shared<scene::Mesh>(getAttribute(geometry, "id"),
-                                                 getAttribute(geometry, "name"));
+    draft.element = body;
+    draft.mesh = makeMesh(geometry, body);
     m_manager->addGeometry(draft.mesh);
     m_meshes.emplace(geometry.internal_object(), draft.mesh);
-    for (const scene::StreamPtr& stream : sources.getStreamsIn(draft.element))
+    for (const scene::StreamPtr& stream : m_sources.getStreamsIn(draft.element))
     {
         draft.addStream(stream);
     }
-    readVertices(sources, draft);
-    readPrimitives(document, sources, draft);
+    readVertices(m_sources, draft);
+    readPrimitives(m_document, m_sources, draft, m_options.keepPolygons);
     m_symbols.emplace(draft.mesh.get(), findSymbols(*draft.mesh));
+}
+
+void Meshes::linkHull(const pugi::xml_node& geometry)
+{
+    if (!isHull(geometry))
+    {
+        return;
+    }
+    const scene::MeshPtr enclosed = getMesh(findEnclosed(geometry));
+    if (!enclosed)
+    {
+        m_document.warn(geometry, "the geometry whose hull it is was left out");
+    }
+    boost::static_pointer_cast<scene::ConvexMesh>(getMesh(geometry))->setConvexHullOf(enclosed);
+}
+
+/// Follows hulls of hulls; all on the way remember where that leads.
+pugi::xml_node Meshes::findEnclosed(const pugi::xml_node& hull)
+{
+    std::unordered_set<const void*> chain;
+    pugi::xml_node next = hull;
+    while (isHull(next) && m_enclosed.count(next.internal_object()) == 0)
+    {
+        if (!chain.insert(next.internal_object()).second)
+        {
+            m_document.fail(next, "it is a convex hull of itself");
+        }
+        next = m_document.resolveAttribute(findBody(next), HULL_OF, {"geometry"});
+    }
+    const auto known = m_enclosed.find(next.internal_object());
+    const pugi::xml_node enclosed = known == m_enclosed.end() ? next : known->second;
+    for (const void* each : chain)
+    {
+        m_enclosed[each] = enclosed;
+    }
+    return enclosed;
 }
 } // namespace velmoran::examples::collada

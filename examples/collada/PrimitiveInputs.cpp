@@ -5,7 +5,6 @@
 #include "scene/geometry/Stream.h"
 
 #include <algorithm>
-#include <limits>
 #include <set>
 
 namespace velmoran::examples::collada
@@ -13,6 +12,7 @@ namespace velmoran::examples::collada
 namespace
 {
 constexpr std::uint64_t MAX_SETS = 8;
+constexpr std::size_t MAX_SHARING_INPUTS = 32;
 
 struct Input
 {
@@ -100,6 +100,21 @@ void assignTextureSets(Document& document, std::vector<Input>& inputs)
         }
     }
 }
+
+/// Sharing must not make records many times as wide as what the document writes. The
+/// inputs come in the order of their offsets.
+void checkSharing(const Document& document, const pugi::xml_node& primitive,
+                  const std::vector<Input>& inputs)
+{
+    const bool isShared = std::adjacent_find(inputs.begin(), inputs.end(),
+                                             [](const Input& a, const Input& b)
+                                             { return a.offset == b.offset; }) != inputs.end();
+    if (isShared && inputs.size() > MAX_SHARING_INPUTS)
+    {
+        document.fail(primitive, "it has " + std::to_string(inputs.size()) +
+                                     " inputs that share offsets; that is too much");
+    }
+}
 } // namespace
 
 void MeshDraft::addStream(const scene::StreamPtr& stream)
@@ -122,17 +137,14 @@ PrimitiveInputs readInputs(Document& document, Sources& sources, const pugi::xml
     std::stable_sort(inputs.begin(), inputs.end(),
                      [](const Input& a, const Input& b) { return a.offset < b.offset; });
 
+    checkSharing(document, primitive, inputs);
+
     PrimitiveInputs result;
     for (const Input& input : inputs)
     {
-        if (result.slots.empty() || result.slots.back().offset != input.offset)
-        {
-            result.slots.emplace_back().offset = input.offset;
-        }
-        PrimitiveInputs::Slot& slot = result.slots.back();
-        slot.limit = std::min(slot.limit, input.limit);
         result.mappings.emplace_back(input.semantic, input.stream,
-                                     static_cast<int>(result.slots.size()) - 1);
+                                     static_cast<int>(result.slots.size()));
+        result.slots.push_back({input.offset, input.limit});
         result.width = input.offset + 1;
         result.hasVertices = result.hasVertices || input.semantic == scene::VERTEX;
     }

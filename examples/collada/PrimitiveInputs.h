@@ -4,7 +4,6 @@
 #include "scene/geometry/StreamMapping.h"
 
 #include <cstdint>
-#include <limits>
 #include <unordered_set>
 #include <vector>
 
@@ -27,9 +26,11 @@ struct MeshDraft
 /// The inputs of one primitive element and the layout of its `<p>`.
 ///
 /// A record of the document takes `width` entries, one for each offset up to the
-/// highest. The library's records have no entries for offsets that no input uses, so
-/// the used offsets become slots 0, 1, 2, ... in ascending order; without gaps they
-/// stay what they are. Mappings stand in the order of their slots.
+/// highest; inputs may share one, and offsets may have none. The library reads an input
+/// at its place among the inputs, so its records have one entry for each input: inputs
+/// stand in ascending order of their offsets, as slots 0, 1, 2, ..., and those that
+/// share an offset get a copy of its index each. Fails when sharing makes records of
+/// more than 32 entries.
 ///
 /// Texture coordinates get the semantic `TEXCOORD` + set when the sets of the primitive
 /// are distinct and from 0 to 7 (a missing set is 0), else `TEXCOORD` + 0, 1, 2, ... in
@@ -40,10 +41,10 @@ struct PrimitiveInputs
     struct Slot
     {
         std::uint64_t offset = 0; ///< in the document's record
-        std::uint64_t limit = std::numeric_limits<std::uint64_t>::max(); ///< indices are below
+        std::uint64_t limit = 0;  ///< indices are below
     };
 
-    std::vector<scene::StreamMapping> mappings;
+    std::vector<scene::StreamMapping> mappings; ///< by slot
     std::vector<Slot> slots;
     std::uint64_t width = 0;
     bool hasVertices = false; ///< there is a VERTEX input

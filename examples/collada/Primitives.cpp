@@ -1,11 +1,13 @@
 #include "examples/collada/Primitives.h"
 
-#include "examples/collada/Values.h"
+#include "examples/collada/Faces.h"
 #include "scene/geometry/Mesh.h"
+#include "scene/geometry/PolygonMeshPrimitive.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -13,172 +15,78 @@ namespace velmoran::examples::collada
 {
 namespace
 {
-/// What a primitive element says, before it is split into triangles.
-struct Faces
-{
-    std::vector<std::int32_t> entries; ///< of all `<p>`, one after the other
-    std::vector<std::int32_t> sizes;   ///< corners of each face, in order
-    bool areStrips = false;
-};
-
-/// Reads the faces of one primitive element and splits them.
-class FaceReader
+/// Makes the library's index records of faces, without those of less than three corners.
+class RecordWriter
 {
 public:
-    FaceReader(Document& document, const pugi::xml_node& primitive, const PrimitiveInputs& inputs)
-        : m_document(document), m_primitive(primitive), m_inputs(inputs)
+    RecordWriter(const Faces& faces, const PrimitiveInputs& inputs)
+        : m_faces(faces), m_inputs(inputs), m_corners(faces.entries.size() / inputs.width)
     {
     }
 
-    std::vector<unsigned int> readTriangles()
+    /// As triangles: fan by fan, corners 0, i, i + 1, or strip by strip.
+    void split(bool areStrips)
     {
-        const std::string_view kind = m_primitive.name();
-        if (kind == "triangles")
-        {
-            readTriangleFaces();
-        }
-        else if (kind == "polylist")
-        {
-            readPolylistFaces();
-        }
-        else
-        {
-            readFacePerList();
-            m_faces.areStrips = kind == "tristrips";
-        }
-        checkCount();
-        checkIndices();
-        return split();
+        const std::size_t ends = std::min(m_corners, 2 * m_faces.sizes.size());
+        m_records.reserve((m_corners - ends) * 3 * m_inputs.slots.size());
+        visitFaces(
+            [&](std::size_t first, std::size_t end)
+            {
+                for (std::size_t i = first + 1; i + 1 < end; ++i)
+                {
+                    // Every second triangle of a strip is turned, so that all face one way.
+                    const bool turned = areStrips && (i - first) % 2 == 0;
+                    const std::size_t start = areStrips ? i - 1 : first;
+                    addCorner(turned ? i : start);
+                    addCorner(turned ? start : i);
+                    addCorner(i + 1);
+                }
+            });
     }
+
+    /// As they are.
+    void keep()
+    {
+        m_counts.reserve(m_faces.sizes.size());
+        m_records.reserve(m_corners * m_inputs.slots.size());
+        visitFaces(
+            [&](std::size_t first, std::size_t end)
+            {
+                m_counts.push_back(static_cast<unsigned int>(end - first));
+                for (std::size_t i = first; i < end; ++i)
+                {
+                    addCorner(i);
+                }
+            });
+    }
+
+    std::vector<unsigned int> takeRecords() { return std::move(m_records); }
+
+    /// Corners of each face that is kept as it is.
+    const std::vector<unsigned int>& getCounts() const { return m_counts; }
+
+    /// The number of faces without an area.
+    std::size_t getLeftOut() const { return m_leftOut; }
 
 private:
-    /// Appends a `<p>` and returns its number of corners.
-    std::size_t readList(const pugi::xml_node& list)
+    /// Calls `visit` with the first corner of each face and the one behind its last.
+    template <typename Visit>
+    void visitFaces(const Visit& visit)
     {
-        const std::size_t before = m_faces.entries.size();
-        readIntegers(m_document, list, 0, m_faces.entries);
-        const std::size_t entries = m_faces.entries.size() - before;
-        if (entries % m_inputs.width != 0)
-        {
-            m_document.fail(list, "it holds " + std::to_string(entries) +
-                                      " indices, which do not make whole corners of " +
-                                      std::to_string(m_inputs.width));
-        }
-        return entries / m_inputs.width;
-    }
-
-    std::size_t readAllLists()
-    {
-        std::size_t corners = 0;
-        for (const pugi::xml_node& list : m_primitive.children("p"))
-        {
-            corners += readList(list);
-        }
-        return corners;
-    }
-
-    void readTriangleFaces()
-    {
-        const std::size_t corners = readAllLists();
-        if (corners % 3 != 0)
-        {
-            m_document.fail(m_primitive, "its indices make " + std::to_string(corners) +
-                                             " corners, which are not whole triangles");
-        }
-        m_faces.sizes.assign(corners / 3, 3);
-    }
-
-    void readPolylistFaces()
-    {
-        readIntegers(m_document, m_primitive.child("vcount"), 0, m_faces.sizes);
-        const std::size_t corners = readAllLists();
-        std::uint64_t wanted = 0;
-        for (const std::int32_t size : m_faces.sizes)
-        {
-            wanted += static_cast<std::uint64_t>(size);
-        }
-        if (wanted != corners)
-        {
-            m_document.fail(m_primitive, "its vcount asks for " + std::to_string(wanted) +
-                                             " corners, but its indices make " +
-                                             std::to_string(corners));
-        }
-    }
-
-    /// Polygons, fans and strips: a list for each.
-    void readFacePerList()
-    {
-        for (const pugi::xml_node& child : m_primitive.children())
-        {
-            const std::string_view name = child.name();
-            if (name == "p" || name == "ph")
-            {
-                const pugi::xml_node list = name == "p" ? child : child.child("p");
-                m_faces.sizes.push_back(static_cast<std::int32_t>(readList(list)));
-            }
-        }
-        if (m_primitive.child("ph"))
-        {
-            m_document.warn(m_primitive, "the holes of its polygons are left out");
-        }
-    }
-
-    void checkCount() const
-    {
-        const std::optional<std::uint64_t> count = readCount(m_document, m_primitive, "count");
-        if (count && *count != m_faces.sizes.size())
-        {
-            m_document.fail(m_primitive, "its count is " + std::to_string(*count) +
-                                             ", but it holds " +
-                                             std::to_string(m_faces.sizes.size()));
-        }
-    }
-
-    void checkIndices() const
-    {
-        for (std::size_t record = 0; record < m_faces.entries.size(); record += m_inputs.width)
-        {
-            for (const PrimitiveInputs::Slot& slot : m_inputs.slots)
-            {
-                const std::int32_t index = m_faces.entries[record + slot.offset];
-                if (static_cast<std::uint64_t>(index) >= slot.limit)
-                {
-                    m_document.fail(m_primitive, "index " + std::to_string(index) + " at offset " +
-                                                     std::to_string(slot.offset) + " of corner " +
-                                                     std::to_string(record / m_inputs.width) +
-                                                     " is out of range: there are " +
-                                                     std::to_string(slot.limit) + " tuples");
-                }
-            }
-        }
-    }
-
-    std::vector<unsigned int> split()
-    {
-        std::size_t left = 0;
         std::size_t first = 0;
-        m_triangles.reserve(m_faces.sizes.size() * 3 * m_inputs.slots.size());
         for (const std::int32_t size : m_faces.sizes)
         {
             const std::size_t end = first + static_cast<std::size_t>(size);
-            for (std::size_t i = first + 1; i + 1 < end; ++i)
+            if (size < 3)
             {
-                // Every second triangle of a strip is turned, so that all face one way.
-                const bool turned = m_faces.areStrips && (i - first) % 2 == 0;
-                const std::size_t start = m_faces.areStrips ? i - 1 : first;
-                addCorner(turned ? i : start);
-                addCorner(turned ? start : i);
-                addCorner(i + 1);
+                ++m_leftOut;
             }
-            left += size < 3 ? 1 : 0;
+            else
+            {
+                visit(first, end);
+            }
             first = end;
         }
-        if (left > 0)
-        {
-            m_document.warn(m_primitive, std::to_string(left) +
-                                             " faces of less than three corners are left out");
-        }
-        return std::move(m_triangles);
     }
 
     void addCorner(std::size_t corner)
@@ -186,15 +94,16 @@ private:
         for (const PrimitiveInputs::Slot& slot : m_inputs.slots)
         {
             const std::int32_t index = m_faces.entries[corner * m_inputs.width + slot.offset];
-            m_triangles.push_back(static_cast<unsigned int>(index));
+            m_records.push_back(static_cast<unsigned int>(index));
         }
     }
 
-    Document& m_document;
-    const pugi::xml_node m_primitive;
+    const Faces& m_faces;
     const PrimitiveInputs& m_inputs;
-    Faces m_faces;
-    std::vector<unsigned int> m_triangles;
+    const std::size_t m_corners; ///< of all faces
+    std::vector<unsigned int> m_records;
+    std::vector<unsigned int> m_counts;
+    std::size_t m_leftOut = 0;
 };
 
 enum class Kind
@@ -226,8 +135,38 @@ Kind getKind(std::string_view name)
     return Kind::UNSUPPORTED;
 }
 
+using PrimitivePtr = boost::shared_ptr<scene::MeshPrimitiveBase>;
+
+PrimitivePtr makePrimitive(Document& document, const pugi::xml_node& element,
+                           const PrimitiveInputs& inputs, const MeshDraft& draft,
+                           bool keepsPolygons)
+{
+    const std::string_view kind = element.name();
+    const Faces faces = readFaces(document, element, inputs);
+    RecordWriter writer(faces, inputs);
+    PrimitivePtr primitive;
+    if (keepsPolygons && (kind == "polylist" || kind == "polygons"))
+    {
+        writer.keep();
+        primitive = boost::make_shared<scene::PolygonMeshPrimitive>(
+            draft.mesh, inputs.mappings, writer.takeRecords(), writer.getCounts());
+    }
+    else
+    {
+        writer.split(kind == "tristrips");
+        primitive = boost::make_shared<scene::TriangleMeshPrimitive>(draft.mesh, inputs.mappings,
+                                                                     writer.takeRecords());
+    }
+    if (writer.getLeftOut() > 0)
+    {
+        document.warn(element, std::to_string(writer.getLeftOut()) +
+                                   " faces of less than three corners are left out");
+    }
+    return primitive;
+}
+
 void readPrimitive(Document& document, Sources& sources, const pugi::xml_node& element,
-                   MeshDraft& draft)
+                   MeshDraft& draft, bool keepsPolygons)
 {
     const PrimitiveInputs inputs = readInputs(document, sources, element, draft);
     if (!inputs.hasVertices)
@@ -235,9 +174,7 @@ void readPrimitive(Document& document, Sources& sources, const pugi::xml_node& e
         document.warn(element, "left out: it has no VERTEX input");
         return;
     }
-    std::vector<unsigned int> indices = FaceReader(document, element, inputs).readTriangles();
-    const auto primitive = boost::make_shared<scene::TriangleMeshPrimitive>(
-        draft.mesh, inputs.mappings, std::move(indices));
+    const PrimitivePtr primitive = makePrimitive(document, element, inputs, draft, keepsPolygons);
     const std::string symbol = getAttribute(element, "material");
     if (!symbol.empty())
     {
@@ -247,7 +184,7 @@ void readPrimitive(Document& document, Sources& sources, const pugi::xml_node& e
 }
 } // namespace
 
-void readPrimitives(Document& document, Sources& sources, MeshDraft& draft)
+void readPrimitives(Document& document, Sources& sources, MeshDraft& draft, bool keepsPolygons)
 {
     for (const pugi::xml_node& element : draft.element.children())
     {
@@ -256,10 +193,10 @@ void readPrimitives(Document& document, Sources& sources, MeshDraft& draft)
         case Kind::NONE:
             break;
         case Kind::FACES:
-            readPrimitive(document, sources, element, draft);
+            readPrimitive(document, sources, element, draft, keepsPolygons);
             break;
         case Kind::UNSUPPORTED:
-            document.warn(element, "left out: a mesh holds triangles only");
+            document.warn(element, "left out: a mesh holds triangles and polygons only");
             break;
         }
     }

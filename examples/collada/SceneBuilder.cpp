@@ -266,23 +266,26 @@ scene::MaterialPtr installMaterials(const Materials& content, scene::SceneManage
 }
 } // namespace
 
-Content::Content(Document& document)
+Content::Content(Document& document, const ReadOptions& options)
     : asset(readAsset(document)),
       sources(document),
-      meshes(document, sources),
+      meshes(document, sources, options),
       materials(document),
       optics(document),
       controllers(document, sources, meshes),
       nodes(document, meshes, materials, optics, controllers),
-      animations(document, sources)
+      animations(document, sources),
+      physicsMaterials(document),
+      physicsModels(document, meshes, physicsMaterials),
+      physicsScenes(document, physicsModels)
 {
     checkExpansion(document, nodes, meshes);
 }
 
 void buildScene(Document& document, const Content& content, const scene::SceneManagerPtr& scene)
 {
-    // Goes after the nodes and controllers before, which hold its geometry: only then does
-    // it find that nobody else does.
+    // Goes after the nodes, controllers and physics models before, which hold its geometry:
+    // only then does it find that nobody else does.
     const scene::GeometryManagerPtr replaced = scene->getGeometryManager();
     scene->setUpAxis(content.asset.upAxis);
     scene->setMeterUnit(content.asset.meter);
@@ -291,6 +294,9 @@ void buildScene(Document& document, const Content& content, const scene::SceneMa
     scene->setGeometryManager(content.meshes.getManager());
     scene->setControllersLibrary(content.controllers.getControllers());
     TreeBuilder(document, content, scene, fallback).build();
+    scene->setPhysicsMaterialLibrary(content.physicsMaterials.getMaterials());
+    scene->setPhysicsModelLibrary(content.physicsModels.getModels());
+    content.physicsScenes.install(document, *scene);
     // Last, since the worker drives the animations from here on.
     if (content.animations.getAnimations().empty())
     {

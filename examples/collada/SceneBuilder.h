@@ -7,13 +7,14 @@
 #include "examples/collada/Meshes.h"
 #include "examples/collada/NodeDrafts.h"
 #include "examples/collada/Optics.h"
+#include "examples/collada/PhysicsScenes.h"
 
 namespace velmoran::examples::collada
 {
 /// All that was read of a document, checked.
 struct Content
 {
-    explicit Content(Document& document);
+    Content(Document& document, const ReadOptions& options);
 
     Asset asset;
     Sources sources;
@@ -23,6 +24,9 @@ struct Content
     Controllers controllers;
     NodeDrafts nodes;
     Animations animations;
+    PhysicsMaterials physicsMaterials;
+    PhysicsModels physicsModels;
+    PhysicsScenes physicsScenes;
 };
 
 /// Puts the content into a scene; nothing here can fail, but for warnings.

@@ -81,6 +81,21 @@ float readFloat(const Document& document, const pugi::xml_node& element, float f
     return element ? readFloats(document, element, 1)[0] : fallback;
 }
 
+bool readBool(const Document& document, const pugi::xml_node& element, bool fallback)
+{
+    if (!element)
+    {
+        return fallback;
+    }
+    const std::string word = getTrimmedText(element);
+    float value = 0.0F;
+    if (!parseBool(word, value))
+    {
+        document.fail(element, quote(word) + " is not a boolean");
+    }
+    return value != 0.0F;
+}
+
 std::vector<std::string> readWords(const Document& document, const pugi::xml_node& element)
 {
     std::string storage;

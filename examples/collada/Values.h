@@ -25,6 +25,9 @@ std::vector<float> readFloats(const Document& document, const pugi::xml_node& el
 /// One float; `fallback` when the element is missing.
 float readFloat(const Document& document, const pugi::xml_node& element, float fallback);
 
+/// A boolean; `fallback` when the element is missing.
+bool readBool(const Document& document, const pugi::xml_node& element, bool fallback);
+
 /// Words; as many as the attribute "count", if any, says.
 std::vector<std::string> readWords(const Document& document, const pugi::xml_node& element);
 

@@ -214,6 +214,12 @@ pugi::xml_node Document::setScene(const std::string& id, const std::string& name
     return scene;
 }
 
+void Document::setPhysics(const std::string& id)
+{
+    pugi::xml_node instance = m_root.child("scene").prepend_child("instance_physics_scene");
+    instance.append_attribute("url") = ("#" + id).c_str();
+}
+
 std::string Document::text() const
 {
     std::ostringstream out;
@@ -281,6 +287,30 @@ pugi::xml_node addNode(pugi::xml_node parent, const std::string& id, const std::
     node.append_attribute("type") = type.c_str();
     addText(node, "translate", vectorText(translation), "translate");
     return node;
+}
+
+pugi::xml_node addObject(pugi::xml_node parent, const std::string& id, const Vec3& place,
+                         const Vec3& turn, const Vec3& size)
+{
+    pugi::xml_node node = addNode(parent, id, id, place);
+    addText(node, "rotate", "0 0 1 " + numberText(turn.z), "rotateZ");
+    addText(node, "rotate", "0 1 0 " + numberText(turn.y), "rotateY");
+    addText(node, "rotate", "1 0 0 " + numberText(turn.x), "rotateX");
+    addText(node, "scale", numberText(size.x) + " " + numberText(size.y) + " " + numberText(size.z),
+            "scale");
+    return node;
+}
+
+void addInstance(pugi::xml_node node, const std::string& kind, const std::string& id)
+{
+    node.append_child(("instance_" + kind).c_str()).append_attribute("url") = ("#" + id).c_str();
+}
+
+void addGeometryInstance(pugi::xml_node node, const std::string& geometryID,
+                         const std::string& materialID)
+{
+    addInstance(node, "geometry", geometryID);
+    bindMaterials(node.last_child(), {{"surface", materialID}});
 }
 
 void bindMaterials(pugi::xml_node instance, const std::vector<Binding>& bindings)

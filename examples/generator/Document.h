@@ -60,6 +60,9 @@ public:
     /// The scene's top level; nodes go below it.
     pugi::xml_node setScene(const std::string& id, const std::string& name);
 
+    /// The physics scene that acts in the scene, which is set before.
+    void setPhysics(const std::string& id);
+
     std::string text() const;
 
 private:
@@ -88,6 +91,18 @@ pugi::xml_node addText(pugi::xml_node parent, const std::string& element, const 
 /// A `node` with a translation; type "NODE" or "JOINT".
 pugi::xml_node addNode(pugi::xml_node parent, const std::string& id, const std::string& name,
                        const Vec3& translation, const std::string& type = "NODE");
+
+/// A node with the usual list of transformations: translate, rotate about z, y and x in
+/// degrees, scale.
+pugi::xml_node addObject(pugi::xml_node parent, const std::string& id, const Vec3& place,
+                         const Vec3& turn = {}, const Vec3& size = {1.0, 1.0, 1.0});
+
+/// An `instance_` of this kind.
+void addInstance(pugi::xml_node node, const std::string& kind, const std::string& id);
+
+/// An instance of a geometry of `addShape`, of one material.
+void addGeometryInstance(pugi::xml_node node, const std::string& geometryID,
+                         const std::string& materialID);
 
 /// An instance of a geometry or controller, its material symbols bound to materials.
 struct Binding

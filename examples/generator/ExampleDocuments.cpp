@@ -2,13 +2,15 @@
 
 #include "examples/generator/Avatar.h"
 #include "examples/generator/Room.h"
+#include "examples/generator/Seesaw.h"
 
 namespace velmoran::generator
 {
 std::vector<ExampleDocument> makeExampleDocuments(double detail)
 {
     const std::vector<Body> bodies = makeBodies(detail);
-    std::vector<ExampleDocument> documents{{"room.dae", makeRoomDocument(detail)}};
+    std::vector<ExampleDocument> documents{{"room.dae", makeRoomDocument(detail)},
+                                           {"seesaw.dae", makeSeesawDocument(detail)}};
     for (std::size_t i = 0; i < bodies.size(); ++i)
     {
         const std::string& name = proportions()[i].name;

@@ -84,31 +84,6 @@ void addLight(Document& document)
     addText(point, "quadratic_attenuation", "0.2");
 }
 
-/// A node with the usual list of transformations: translate, rotate three times, scale.
-pugi::xml_node addObject(pugi::xml_node parent, const std::string& id, const Vec3& place,
-                         const Vec3& turn = {}, const Vec3& size = {1.0, 1.0, 1.0})
-{
-    pugi::xml_node node = addNode(parent, id, id, place);
-    addText(node, "rotate", "0 0 1 " + numberText(turn.z), "rotateZ");
-    addText(node, "rotate", "0 1 0 " + numberText(turn.y), "rotateY");
-    addText(node, "rotate", "1 0 0 " + numberText(turn.x), "rotateX");
-    addText(node, "scale", numberText(size.x) + " " + numberText(size.y) + " " + numberText(size.z),
-            "scale");
-    return node;
-}
-
-void addInstance(pugi::xml_node node, const std::string& kind, const std::string& id)
-{
-    node.append_child(("instance_" + kind).c_str()).append_attribute("url") = ("#" + id).c_str();
-}
-
-void addGeometryInstance(pugi::xml_node node, const std::string& geometryID,
-                         const std::string& materialID)
-{
-    addInstance(node, "geometry", geometryID);
-    bindMaterials(node.last_child(), {{"surface", materialID}});
-}
-
 void addFurniture(pugi::xml_node room, const std::string& id, const Vec3& place, double turn,
                   const std::vector<Part>& parts)
 {

@@ -146,4 +146,18 @@ Shape makeSphere(int sides)
     }
     return shape;
 }
+
+Shape stretched(const Shape& shape, const Vec3& factors)
+{
+    Shape result = shape;
+    for (Vec3& p : result.positions)
+    {
+        p = {p.x * factors.x, p.y * factors.y, p.z * factors.z};
+    }
+    for (Vec3& n : result.normals)
+    {
+        n = normalized({n.x / factors.x, n.y / factors.y, n.z / factors.z});
+    }
+    return result;
+}
 } // namespace velmoran::generator

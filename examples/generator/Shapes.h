@@ -36,4 +36,7 @@ Shape makeFrustum(double bottomRadius, double topRadius, int sides);
 
 /// A sphere of radius 1 around the origin.
 Shape makeSphere(int sides);
+
+/// A shape stretched along the axes; all factors are positive.
+Shape stretched(const Shape& shape, const Vec3& factors);
 } // namespace velmoran::generator

@@ -22,7 +22,8 @@ bool writeFile(const std::string& path, const std::string& text)
 
 int main(int argc, char** argv)
 {
-    CLI::App app("Writes room.dae, avatar.dae and avatar_tall.dae.", "make_example_data");
+    CLI::App app("Writes room.dae, seesaw.dae, avatar.dae and avatar_tall.dae.",
+                 "make_example_data");
     std::string folder;
     double detail = 1.0;
     app.add_option("FOLDER", folder, "Existing folder to write to")

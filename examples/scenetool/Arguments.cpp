@@ -2,6 +2,7 @@
 
 #include "examples/scenetool/Text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <filesystem>
@@ -19,6 +20,30 @@ std::optional<double> parseNumber(const std::string& text)
         return std::nullopt;
     }
     return value;
+}
+
+std::optional<std::vector<double>> parseNumbers(const std::string& text, std::size_t count)
+{
+    std::vector<double> numbers;
+    std::size_t begin = 0;
+    while (begin <= text.size() && numbers.size() <= count)
+    {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        const std::optional<double> number = parseNumber(text.substr(begin, end - begin));
+        if (!number)
+        {
+            return std::nullopt;
+        }
+        numbers.push_back(*number);
+        begin = end + 1;
+    }
+    return numbers.size() == count ? std::make_optional(numbers) : std::nullopt;
+}
+
+void addReading(CLI::App& command, ReadOptions& options)
+{
+    command.add_flag("--keep-polygons", options.keepPolygons,
+                     "Keep polygons as they are instead of splitting them into triangles");
 }
 
 CLI::Validator secondsFrom(double least)

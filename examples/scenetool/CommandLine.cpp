@@ -1,10 +1,13 @@
 #include "examples/scenetool/CommandLine.h"
 
 #include "examples/scenetool/Arguments.h"
+#include "examples/scenetool/BoundsArguments.h"
 #include "examples/scenetool/InfoCommand.h"
 #include "examples/scenetool/KeyArguments.h"
 #include "examples/scenetool/MergeCommand.h"
+#include "examples/scenetool/MeshArguments.h"
 #include "examples/scenetool/MorphArguments.h"
+#include "examples/scenetool/PickArguments.h"
 #include "examples/scenetool/PlayArguments.h"
 #include "examples/scenetool/SceneLoader.h"
 #include "examples/scenetool/SkinArguments.h"
@@ -38,6 +41,7 @@ void addInfo(CLI::App& app, InfoOptions& options)
     CLI::App* info = app.add_subcommand("info", "Show what a document holds");
     info->add_option("FILE", options.fileName, "COLLADA document")->required();
     info->add_flag("--json", options.asJson, "Write JSON");
+    addReading(*info, options.reading);
 }
 
 void addMerge(CLI::App& app, MergeOptions& options)
@@ -92,8 +96,8 @@ int runCommand(const std::function<void()>& command, const Console& console)
 
 int runSceneTool(int argc, const char* const* argv, const Console& console)
 {
-    CLI::App app("Shows, merges, plays, keys, skins and morphs COLLADA documents with the scene "
-                 "library.",
+    CLI::App app("Shows, merges, plays, keys, skins and morphs COLLADA documents, refines their "
+                 "meshes and finds what rays meet, with the scene library.",
                  "scenetool");
     app.require_subcommand(1);
     InfoOptions info;
@@ -102,16 +106,24 @@ int runSceneTool(int argc, const char* const* argv, const Console& console)
     KeyOptions key;
     SkinOptions skin;
     MorphOptions morph;
+    MeshOptions mesh;
+    BoundsOptions bounds;
+    PickOptions pick;
     addInfo(app, info);
     addMerge(app, merge);
     addPlay(app, play);
     addKey(app, key);
     addSkin(app, skin);
     addMorph(app, morph);
+    addMesh(app, mesh);
+    addBounds(app, bounds);
+    addPick(app, pick);
     const std::map<std::string, std::function<void()>> commands = {
         {"info", [&] { runInfo(info, console); }}, {"merge", [&] { runMerge(merge, console); }},
         {"play", [&] { runPlay(play, console); }}, {"key", [&] { runKey(key, console); }},
         {"skin", [&] { runSkin(skin, console); }}, {"morph", [&] { runMorph(morph, console); }},
+        {"mesh", [&] { runMesh(mesh, console); }}, {"bounds", [&] { runBounds(bounds, console); }},
+        {"pick", [&] { runPick(pick, console); }},
     };
     try
     {

@@ -1,9 +1,11 @@
 #include "examples/scenetool/InfoCommand.h"
 
 #include "examples/scenetool/AnimationFacts.h"
+#include "examples/scenetool/PhysicsFacts.h"
 #include "examples/scenetool/Progress.h"
 #include "examples/scenetool/SceneFacts.h"
 #include "examples/scenetool/SceneLoader.h"
+#include "examples/scenetool/Table.h"
 #include "examples/scenetool/Text.h"
 #include "scene/deform/InstanceController.h"
 #include "scene/geometry/IGeometry.h"
@@ -14,7 +16,6 @@
 #include "scene/manager/SceneManager.h"
 
 #include <algorithm>
-#include <array>
 #include <unordered_map>
 #include <utility>
 
@@ -68,27 +69,19 @@ void printLibraries(const Json& facts, std::ostream& out)
     }
 }
 
-using Row = std::array<std::string, 5>;
+using Row = std::vector<std::string>;
 
-/// Writes rows with the second and third column to the right, the others to the left.
-void printTable(const std::vector<Row>& rows, std::ostream& out)
+/// A row about geometries. A column tells how many polygons the triangles stand for where some
+/// are kept.
+Row makeRow(const std::string& head, const Json& positions, const Json& triangles,
+            const Json& faces, bool hasPolygons)
 {
-    std::array<std::size_t, std::tuple_size_v<Row>> widths{};
-    for (const Row& row : rows)
+    Row row = {head, positions.dump(), triangles.dump()};
+    if (hasPolygons)
     {
-        for (std::size_t i = 0; i < row.size(); ++i)
-        {
-            widths[i] = std::max(widths[i], row[i].size());
-        }
+        row.push_back(faces.value("polygons", Json(0)).dump());
     }
-    for (const Row& row : rows)
-    {
-        std::string line = padRight(row[0], widths[0]) + "  " + padLeft(row[1], widths[1]) + "  " +
-                           padLeft(row[2], widths[2]) + "  " + padRight(row[3], widths[3]) + "  " +
-                           row[4];
-        line.erase(line.find_last_not_of(' ') + 1);
-        out << line << '\n';
-    }
+    return row;
 }
 
 void printGeometries(const Json& facts, std::ostream& out)
@@ -98,24 +91,36 @@ void printGeometries(const Json& facts, std::ostream& out)
     {
         return;
     }
-    std::vector<Row> rows{{"Geometries", "positions", "triangles", "low", "high"}};
+    const Json& totals = facts["totals"];
+    const bool hasPolygons = totals["faces_by_kind"].contains("polygons");
+    std::vector<Row> rows{{"Geometries", "positions", "triangles"}};
+    std::vector<Alignment> columns = {LEFT, RIGHT, RIGHT};
+    if (hasPolygons)
+    {
+        rows.front().emplace_back("polygons");
+        columns.push_back(RIGHT);
+    }
+    rows.front().insert(rows.front().end(), {"low", "high"});
+    columns.insert(columns.end(), {LEFT, LEFT});
     const std::size_t shown = std::min(geometries.size(), MAX_ROWS);
     for (std::size_t i = 0; i < shown; ++i)
     {
         const Json& item = geometries[i];
-        rows.push_back({"  " + onOneLine(item["id"]), item.value("position_count", Json(0)).dump(),
-                        item.value("triangle_count", Json(0)).dump(),
-                        pointText(item.value("position_min", Json())),
-                        pointText(item.value("position_max", Json()))});
+        Row row = makeRow("  " + onOneLine(item["id"]), item.value("position_count", Json(0)),
+                          item.value("triangle_count", Json(0)),
+                          item.value("faces_by_kind", Json::object()), hasPolygons);
+        row.push_back(pointText(item.value("position_min", Json())));
+        row.push_back(pointText(item.value("position_max", Json())));
+        rows.push_back(std::move(row));
     }
     if (geometries.size() > shown)
     {
         rows.push_back({"  ... and " + std::to_string(geometries.size() - shown) + " more"});
     }
-    rows.push_back({"  in all", facts["totals"]["positions"].dump(),
-                    facts["totals"]["triangles"].dump(), "", ""});
+    rows.push_back(makeRow("  in all", totals["positions"], totals["triangles"],
+                           totals["faces_by_kind"], hasPolygons));
     out << '\n';
-    printTable(rows, out);
+    printTable(rows, columns, out);
 }
 
 /// What stands at a node, for people: "joint", geometries, cameras, lights.
@@ -189,6 +194,11 @@ void printText(const LoadedScene& loaded, const Json& facts, std::ostream& out)
     {
         out << "\nAnimation  " << describeAnimation(facts["animation"]) << '\n';
     }
+    const std::string physics = describePhysics(facts["counts"]);
+    if (!physics.empty())
+    {
+        out << "\nPhysics  " << physics << '\n';
+    }
     printGeometries(facts, out);
     printNodes(loaded.scene, facts["counts"], out);
 }
@@ -201,7 +211,7 @@ void runInfo(const InfoOptions& options, const Console& console)
     {
         Progress progress(console.errIsTerminal ? &console.err : nullptr);
         progress.setTask("Reading " + options.fileName);
-        loaded = loadScene(options.fileName, {});
+        loaded = loadScene(options.fileName, {}, options.reading);
         facts = collectFacts(loaded.scene, options.fileName);
     }
     printWarnings(loaded, console.err);

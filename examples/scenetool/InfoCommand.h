@@ -1,5 +1,6 @@
 #pragma once
 
+#include "examples/collada/ColladaReader.h"
 #include "examples/scenetool/Console.h"
 
 #include <string>
@@ -10,6 +11,7 @@ struct InfoOptions
 {
     std::string fileName;
     bool asJson = false;
+    ReadOptions reading;
 };
 
 /// Writes what the document holds. Throws `CommandError` when it can't be read.

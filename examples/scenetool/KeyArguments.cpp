@@ -2,9 +2,7 @@
 
 #include "examples/scenetool/Text.h"
 
-#include <array>
 #include <cmath>
-#include <sstream>
 #include <utility>
 
 namespace velmoran::examples
@@ -30,22 +28,12 @@ constexpr double MIN_DISTANCE = 0.01;
 
 KeyTurn parseTurn(const std::string& nodeID, const std::string& text)
 {
-    std::array<double, 4> values{};
-    std::istringstream stream(text);
-    std::size_t count = 0;
-    for (std::string word; std::getline(stream, word, ','); ++count)
-    {
-        const std::optional<double> value = parseNumber(word);
-        if (!value || count == values.size())
-        {
-            refuse("--rotate", quoted(text) + " is not X,Y,Z,DEGREES");
-        }
-        values.at(count) = *value;
-    }
-    if (count != values.size() || text.back() == ',')
+    const std::optional<std::vector<double>> numbers = parseNumbers(text, 4);
+    if (!numbers)
     {
         refuse("--rotate", quoted(text) + " is not X,Y,Z,DEGREES");
     }
+    const std::vector<double>& values = *numbers;
     const Eigen::Vector3d axis(values[0], values[1], values[2]);
     const double length = axis.stableNorm();
     if (length == 0.0 || !std::isfinite(length))

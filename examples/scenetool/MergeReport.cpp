@@ -147,6 +147,8 @@ void printNotMerged(const SceneManagerPtr& incoming, std::ostream& out)
     add(incoming->getLightLibrary().size(), "light", "lights");
     add(incoming->getControllersLibrary().size(), "controller", "controllers");
     add(incoming->getAnimationsLibrary().size(), "animation", "animations");
+    add(incoming->getPhysicsModelLibrary().size(), "physics model", "physics models");
+    add(incoming->getPhysicsSceneLibrary().size(), "physics scene", "physics scenes");
     if (!parts.empty())
     {
         out << "  not merged  " << wrapNames(parts, 14, 1) << " (merging never takes these)\n";

@@ -63,18 +63,20 @@ MeshInputs findMeshInputs(const scene::Mesh& mesh, const scene::IMeshPrimitive& 
     return inputs;
 }
 
-std::optional<TriangleTuples> pickTuples(const MeshInput& input, const unsigned int* face,
-                                         std::size_t width)
+bool pickTuples(const MeshInput& input, const MeshFace& face, FaceTuples& tuples)
 {
-    TriangleTuples tuples{};
-    for (std::size_t corner = 0; corner < tuples.size(); ++corner)
+    tuples.clear();
+    const std::size_t count = input.slot < face.width ? input.count() : 0;
+    for (std::size_t corner = 0; corner < face.corners; ++corner)
     {
-        if (input.slot >= width || face[corner * width + input.slot] >= input.count())
+        const std::size_t tuple = count > 0 ? face.records[corner * face.width + input.slot] : 0;
+        if (tuple >= count)
         {
-            return std::nullopt;
+            tuples.clear();
+            return false;
         }
-        tuples[corner] = face[corner * width + input.slot];
+        tuples.push_back(tuple);
     }
-    return tuples;
+    return true;
 }
 } // namespace velmoran::examples

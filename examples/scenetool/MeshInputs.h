@@ -1,12 +1,12 @@
 #pragma once
 
+#include "examples/scenetool/MeshFaces.h"
 #include "scene/Forward.h"
 
 #include <Eigen/Core>
 
-#include <array>
 #include <cstddef>
-#include <optional>
+#include <vector>
 
 namespace velmoran::examples
 {
@@ -37,11 +37,10 @@ struct MeshInputs
 /// Finds the inputs of a primitive of `mesh`. They live as long as its streams.
 MeshInputs findMeshInputs(const scene::Mesh& mesh, const scene::IMeshPrimitive& primitive);
 
-/// A number for each corner of a triangle.
-using TriangleTuples = std::array<std::size_t, 3>;
+/// A number for each corner of a face.
+using FaceTuples = std::vector<std::size_t>;
 
-/// The tuples that the corners of a triangle have of an input; nothing when one of them is not
-/// there. `face` has three records of `width` indices.
-std::optional<TriangleTuples> pickTuples(const MeshInput& input, const unsigned int* face,
-                                         std::size_t width);
+/// Puts the tuples that the corners of a face have of an input into `tuples`; leaves it empty and
+/// answers false when one of them is not there.
+bool pickTuples(const MeshInput& input, const MeshFace& face, FaceTuples& tuples);
 } // namespace velmoran::examples

@@ -10,18 +10,19 @@ void writeObjFile(const scene::SceneManagerPtr& scene, const std::string& fileNa
 {
     const ObjResult result = writeObj(scene, fileName);
     console.out << "Wrote " << fileName << ": " << countText(result.points, "point", "points")
-                << ", " << countText(result.faces, "triangle", "triangles") << "; materials in "
-                << result.materialFile << '\n';
+                << ", " << countText(result.triangles, "triangle", "triangles")
+                << (result.polygons > 0 ? ", " + countText(result.polygons, "polygon", "polygons")
+                                        : "")
+                << "; materials in " << result.materialFile << '\n';
     if (result.skippedFaces > 0)
     {
-        warn(countText(result.skippedFaces, "triangle", "triangles") +
-                 " with broken indices left out",
+        warn(countText(result.skippedFaces, "face", "faces") + " with broken indices left out",
              console);
     }
     if (result.skippedPrimitives > 0)
     {
         warn(countText(result.skippedPrimitives, "primitive", "primitives") +
-                 " without triangles left out",
+                 " without faces left out",
              console);
     }
     if (result.unposedSkins > 0)

@@ -18,7 +18,6 @@
 #include <cmath>
 #include <filesystem>
 #include <map>
-#include <optional>
 #include <tuple>
 #include <unordered_map>
 #include <vector>
@@ -82,7 +81,7 @@ private:
         m_result.unposedSkins += mesh.lacksJoints ? 1U : 0U;
         for (const auto& primitive : mesh.mesh->getMeshPrimitives())
         {
-            if (primitive->getType() != scene::IMeshPrimitive::TRIANGLES)
+            if (!hasFaces(*primitive))
             {
                 ++m_result.skippedPrimitives;
                 continue;
@@ -92,7 +91,7 @@ private:
             const std::string symbol = primitive->getMaterialSymbol();
             append("g " + objName(mesh.node->getID()) + ' ' + objName(symbol) + '\n');
             append("usemtl " + m_materials.use(symbol, mesh.instance->getMaterial(symbol)) + '\n');
-            writeFaces(*primitive, inputs);
+            visitFaces(*primitive, [&](const MeshFace& face) { writeFace(face, inputs); });
         }
     }
 
@@ -143,50 +142,36 @@ private:
         append(line + '\n');
     }
 
-    void writeFaces(const scene::IMeshPrimitive& primitive, const MeshInputs& inputs)
+    void writeFace(const MeshFace& face, const MeshInputs& inputs)
     {
-        const std::vector<unsigned int>& indices = primitive.getIndexStream();
-        const std::size_t width = primitive.getIndexStreamStride();
-        if (width == 0)
-        {
-            return;
-        }
-        for (std::size_t face = 0; face + 3 * width <= indices.size(); face += 3 * width)
-        {
-            writeFace(indices.data() + face, width, inputs);
-        }
-    }
-
-    void writeFace(const unsigned int* face, std::size_t width, const MeshInputs& inputs)
-    {
-        const std::optional<TriangleTuples> positions = pickTuples(inputs.position, face, width);
-        const std::optional<TriangleTuples> textures = pickTuples(inputs.texture, face, width);
-        const std::optional<TriangleTuples> normals = pickTuples(inputs.normal, face, width);
-        if (!positions)
+        if (!pickTuples(inputs.position, face, m_positions))
         {
             ++m_result.skippedFaces;
             return;
         }
+        pickTuples(inputs.texture, face, m_textures);
+        pickTuples(inputs.normal, face, m_normals);
+        const bool mirrored = isMirrored(m_positions.front());
         std::string line = "f";
-        for (const std::size_t corner :
-             isMirrored(positions->front()) ? TriangleTuples{0, 2, 1} : TriangleTuples{0, 1, 2})
+        for (std::size_t i = 0; i < face.corners; ++i)
         {
-            const std::size_t position = (*positions)[corner];
-            line += ' ' + std::to_string(m_positionStarts.at(inputs.position.stream) + position);
-            line += textures || normals ? "/" : "";
-            if (textures)
+            const std::size_t corner = mirrored && i > 0 ? face.corners - i : i;
+            line += ' ' + std::to_string(m_positionStarts.at(inputs.position.stream) +
+                                         m_positions[corner]);
+            line += m_textures.empty() && m_normals.empty() ? "" : "/";
+            if (!m_textures.empty())
             {
                 line +=
-                    std::to_string(m_textureStarts.at(inputs.texture.stream) + (*textures)[corner]);
+                    std::to_string(m_textureStarts.at(inputs.texture.stream) + m_textures[corner]);
             }
-            if (normals)
+            if (!m_normals.empty())
             {
-                line +=
-                    '/' + std::to_string(numberNormal(inputs.normal, (*normals)[corner], position));
+                line += '/' + std::to_string(numberNormal(inputs.normal, m_normals[corner],
+                                                          m_positions[corner]));
             }
         }
         append(line + '\n');
-        ++m_result.faces;
+        ++(face.corners == 3 ? m_result.triangles : m_result.polygons);
         m_result.points = m_positionCount;
     }
 
@@ -225,6 +210,12 @@ private:
     Starts m_positionStarts;                   ///< of this instance
     Starts m_normalStarts;                     ///< of this instance
     Starts m_textureStarts;                    ///< of the whole file
+
+    // Of the face in work; empty when it has no such input
+
+    FaceTuples m_positions;
+    FaceTuples m_textures;
+    FaceTuples m_normals;
 
     /// Of this instance, by stream, tuple and position
     std::map<std::tuple<const scene::Stream*, std::size_t, std::size_t>, std::size_t>

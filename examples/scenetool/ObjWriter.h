@@ -11,14 +11,15 @@ namespace velmoran::examples
 struct ObjResult
 {
     std::size_t points = 0;
-    std::size_t faces = 0;
+    std::size_t triangles = 0;
+    std::size_t polygons = 0;          ///< faces of more corners
     std::size_t skippedFaces = 0;      ///< with indices that lead nowhere
-    std::size_t skippedPrimitives = 0; ///< that are no triangle lists
+    std::size_t skippedPrimitives = 0; ///< that have no faces
     std::size_t unposedSkins = 0;      ///< written as they were bound: joints or lists are missing
     std::string materialFile;
 };
 
-/// Writes all triangles of the scene in world space as a Wavefront OBJ file, and their
+/// Writes all triangles and polygons of the scene in world space as a Wavefront OBJ file, and their
 /// materials as an MTL file beside it.
 ///
 /// Every geometry instance of every node is written; one with a skin is posed as its joints

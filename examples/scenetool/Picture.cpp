@@ -63,32 +63,31 @@ public:
     {
         for (const auto& primitive : mesh.mesh->getMeshPrimitives())
         {
-            const std::size_t width = primitive->getIndexStreamStride();
-            if (primitive->getType() != scene::IMeshPrimitive::TRIANGLES || width == 0)
-            {
-                continue;
-            }
             const MeshInputs inputs = findMeshInputs(mesh, *primitive);
             const Eigen::Vector3d colour =
                 diffuseColour(mesh.instance->getMaterial(primitive->getMaterialSymbol()))
                     .cast<double>();
-            const std::vector<unsigned int>& indices = primitive->getIndexStream();
-            for (std::size_t face = 0; face + 3 * width <= indices.size(); face += 3 * width)
-            {
-                const auto tuples = pickTuples(inputs.position, indices.data() + face, width);
-                if (tuples)
-                {
-                    addTriangle(mesh, inputs.position, *tuples, colour);
-                }
-            }
+            visitFaces(*primitive,
+                       [&](const MeshFace& face) { addFace(mesh, inputs.position, face, colour); });
         }
     }
 
     const Model& getModel() const { return m_model; }
 
 private:
+    /// As a fan of triangles.
+    void addFace(const PosedMesh& mesh, const MeshInput& positions, const MeshFace& face,
+                 const Eigen::Vector3d& colour)
+    {
+        pickTuples(positions, face, m_tuples);
+        for (std::size_t i = 2; i < m_tuples.size(); ++i)
+        {
+            addTriangle(mesh, positions, {m_tuples[0], m_tuples[i - 1], m_tuples[i]}, colour);
+        }
+    }
+
     void addTriangle(const PosedMesh& mesh, const MeshInput& positions,
-                     const TriangleTuples& tuples, const Eigen::Vector3d& colour)
+                     const std::array<std::size_t, 3>& tuples, const Eigen::Vector3d& colour)
     {
         Triangle triangle;
         for (std::size_t i = 0; i < tuples.size(); ++i)
@@ -115,6 +114,7 @@ private:
 
     const Eigen::Matrix3d m_view;
     Model m_model;
+    FaceTuples m_tuples; ///< of the face in work
 };
 
 void Picture::add(const scene::SceneManagerPtr& scene)

@@ -2,16 +2,16 @@
 
 #include "examples/scenetool/AnimationFacts.h"
 #include "examples/scenetool/Channels.h"
+#include "examples/scenetool/GeometryFacts.h"
+#include "examples/scenetool/PhysicsFacts.h"
 #include "examples/scenetool/Text.h"
 #include "scene/animation/Animation.h"
 #include "scene/deform/Controller.h"
 #include "scene/deform/Morph.h"
 #include "scene/deform/Skin.h"
 #include "scene/geometry/GeometryManager.h"
-#include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
-#include "scene/geometry/StreamMapping.h"
 #include "scene/graph/Camera.h"
 #include "scene/graph/ITransformation.h"
 #include "scene/graph/Light.h"
@@ -20,8 +20,6 @@
 #include "scene/material/Effect.h"
 #include "scene/material/Image.h"
 #include "scene/material/Material.h"
-
-#include <boost/pointer_cast.hpp>
 
 #include <algorithm>
 #include <array>
@@ -33,22 +31,9 @@ namespace velmoran::examples
 namespace
 {
 using scene::IGeometryPtr;
-using scene::MeshPtr;
 using scene::NodePtr;
 using scene::SceneManagerPtr;
 using scene::StreamPtr;
-
-Json textOrNull(const std::string& text)
-{
-    return text.empty() ? Json(nullptr) : Json(text);
-}
-
-std::vector<IGeometryPtr> geometriesOf(const SceneManagerPtr& scene)
-{
-    std::vector<IGeometryPtr> geometries;
-    scene->getGeometryManager()->getGeometries(geometries);
-    return geometries;
-}
 
 /// The nodes below the root, without it.
 std::vector<NodePtr> nodesOf(const SceneManagerPtr& scene)
@@ -152,82 +137,6 @@ void countNodes(const SceneManagerPtr& scene, Json& counts)
     counts["transformations_expanded"] = transformations;
 }
 
-Json collectSources(const MeshPtr& mesh)
-{
-    Json sources = Json::array();
-    for (const StreamPtr& stream : mesh->getStreams())
-    {
-        sources.push_back({{"id", stream->getID()},
-                           {"stride", stream->getStride()},
-                           {"count", tupleCount(stream)},
-                           {"array_length", stream->getData().size()}});
-    }
-    return sources;
-}
-
-/// Number, bounds and sum of the positions; bounds and sum are null without any.
-void collectPositions(const MeshPtr& mesh, Json& facts)
-{
-    const auto* mapping = scene::findStreamMapping(mesh->getVertices(), scene::POSITION);
-    const StreamPtr stream = mapping != nullptr ? mapping->getStream() : StreamPtr();
-    const std::size_t count = stream ? tupleCount(stream) : 0;
-    facts["position_source"] = stream ? Json(stream->getID()) : Json(nullptr);
-    facts["position_count"] = count;
-    std::vector<double> low;
-    std::vector<double> high;
-    std::vector<double> sum;
-    if (count > 0)
-    {
-        const auto stride = static_cast<std::size_t>(stream->getStride());
-        const std::vector<float>& data = stream->getData();
-        const std::size_t used = std::min<std::size_t>(stride, 3);
-        low.assign(data.begin(), data.begin() + static_cast<std::ptrdiff_t>(used));
-        high = low;
-        sum.assign(used, 0.0);
-        for (std::size_t i = 0; i < count * stride; i += stride)
-        {
-            for (std::size_t axis = 0; axis < used; ++axis)
-            {
-                const double value = data[i + axis];
-                low[axis] = std::min(low[axis], value);
-                high[axis] = std::max(high[axis], value);
-                sum[axis] += value;
-            }
-        }
-    }
-    facts["position_min"] = low.empty() ? Json(nullptr) : Json(low);
-    facts["position_max"] = high.empty() ? Json(nullptr) : Json(high);
-    facts["position_sum"] = sum.empty() ? Json(nullptr) : Json(sum);
-}
-
-Json collectGeometry(const IGeometryPtr& geometry)
-{
-    Json facts;
-    facts["id"] = geometry->getID();
-    facts["name"] = textOrNull(geometry->getName());
-    const MeshPtr mesh = boost::dynamic_pointer_cast<scene::Mesh>(geometry);
-    if (mesh)
-    {
-        facts["kind"] = "mesh";
-        collectPositions(mesh, facts);
-        facts["sources"] = collectSources(mesh);
-        facts["triangle_count"] = countTriangles(mesh);
-    }
-    return facts;
-}
-
-Json collectTotals(const Json& geometries)
-{
-    std::size_t positions = 0;
-    std::size_t triangles = 0;
-    for (const Json& geometry : geometries)
-    {
-        positions += geometry.value("position_count", std::size_t{0});
-        triangles += geometry.value("triangle_count", std::size_t{0});
-    }
-    return {{"positions", positions}, {"triangles", triangles}};
-}
-
 Json collectController(const scene::ControllerPtr& controller)
 {
     Json facts;
@@ -289,13 +198,11 @@ Json collectFacts(const SceneManagerPtr& scene, const std::string& fileName)
     facts["unit_meter"] = floatText(scene->getMeterUnit());
     countLibraries(scene, facts["counts"]);
     countNodes(scene, facts["counts"]);
+    countPhysics(scene, facts["counts"]);
     facts["ids"] = collectIDs(scene);
+    collectPhysicsIDs(scene, facts["ids"]);
     facts["visual_scene"] = scene->getRoot()->getID();
-    facts["geometries"] = Json::array();
-    for (const IGeometryPtr& geometry : geometriesOf(scene))
-    {
-        facts["geometries"].push_back(collectGeometry(geometry));
-    }
+    facts["geometries"] = collectGeometries(scene);
     facts["totals"] = collectTotals(facts["geometries"]);
     facts["controllers"] = Json::array();
     for (const auto& controller : scene->getControllersLibrary())
@@ -327,6 +234,11 @@ std::vector<scene::MaterialPtr> ownMaterials(const SceneManagerPtr& scene)
         materials.erase(materials.begin());
     }
     return materials;
+}
+
+Json textOrNull(const std::string& text)
+{
+    return text.empty() ? Json(nullptr) : Json(text);
 }
 
 std::string upAxisText(const SceneManagerPtr& scene)
@@ -364,16 +276,5 @@ Json matrixRows(const Eigen::Matrix4f& matrix)
         rows.push_back({matrix(row, 0), matrix(row, 1), matrix(row, 2), matrix(row, 3)});
     }
     return rows;
-}
-
-std::size_t countTriangles(const MeshPtr& mesh)
-{
-    std::size_t count = 0;
-    for (const auto& primitive : mesh->getMeshPrimitives())
-    {
-        count +=
-            primitive->getType() == scene::IMeshPrimitive::TRIANGLES ? primitive->getCount() : 0;
-    }
-    return count;
 }
 } // namespace velmoran::examples

@@ -14,8 +14,9 @@ using Json = nlohmann::ordered_json;
 
 /// What a scene holds, as JSON: "file", "up_axis", "unit_meter", "counts", "ids",
 /// "visual_scene" (the root's ID), "geometries", "totals", "controllers", "node_tree"
-/// and "rest_world_matrices" (four rows of four). A scene whose animations have channels
-/// also has "animation" (see `collectAnimation`).
+/// and "rest_world_matrices" (four rows of four). See `collectGeometries` and
+/// `countPhysics`. A scene whose animations have channels also has "animation" (see
+/// `collectAnimation`).
 ///
 /// The root is not listed, the nodes below it have no parent. Empty names and SIDs are
 /// null. The effect and the material that every new scene holds are left out.
@@ -34,9 +35,9 @@ const char* transformationName(int type);
 /// The whole tuples that a stream holds.
 std::size_t tupleCount(const scene::StreamPtr& stream);
 
+/// Null for an empty text.
+Json textOrNull(const std::string& text);
+
 /// Four rows of four.
 Json matrixRows(const Eigen::Matrix4f& matrix);
-
-/// The triangles of a mesh, as far as its primitives are triangle lists.
-std::size_t countTriangles(const scene::MeshPtr& mesh);
 } // namespace velmoran::examples

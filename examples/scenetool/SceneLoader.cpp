@@ -1,7 +1,6 @@
 #include "examples/scenetool/SceneLoader.h"
 
 #include "core/event/EventManager.h"
-#include "examples/collada/ColladaReader.h"
 #include "examples/scenetool/Progress.h"
 #include "examples/scenetool/SceneFacts.h"
 #include "examples/scenetool/Text.h"
@@ -14,12 +13,13 @@
 
 namespace velmoran::examples
 {
-LoadedScene loadScene(const std::string& fileName, const core::event::EventManagerPtr& eventManager)
+LoadedScene loadScene(const std::string& fileName, const core::event::EventManagerPtr& eventManager,
+                      const ReadOptions& options)
 {
     LoadedScene loaded;
     loaded.fileName = fileName;
     loaded.scene = boost::make_shared<scene::SceneManager>(eventManager);
-    ReadResult result = ColladaReader().readFile(fileName, loaded.scene);
+    ReadResult result = ColladaReader().readFile(fileName, loaded.scene, options);
     if (!result.ok)
     {
         throw CommandError(onOneLine(result.error));
@@ -28,13 +28,14 @@ LoadedScene loadScene(const std::string& fileName, const core::event::EventManag
     return loaded;
 }
 
-LoadedScene openScene(const std::string& fileName, const Console& console)
+LoadedScene openScene(const std::string& fileName, const Console& console,
+                      const ReadOptions& options)
 {
     LoadedScene loaded;
     {
         Progress progress(console.errIsTerminal ? &console.err : nullptr);
         progress.setTask("Reading " + onOneLine(fileName));
-        loaded = loadScene(fileName, boost::make_shared<core::event::EventManager>());
+        loaded = loadScene(fileName, boost::make_shared<core::event::EventManager>(), options);
     }
     printWarnings(loaded, console.err);
     return loaded;

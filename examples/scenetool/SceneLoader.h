@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Forward.h"
+#include "examples/collada/ColladaReader.h"
 #include "examples/scenetool/Console.h"
 #include "scene/Forward.h"
 
@@ -27,12 +28,13 @@ struct LoadedScene
 
 /// Reads a COLLADA document into a new scene with `eventManager`, which may be empty.
 /// Throws `CommandError` when the document can't be read.
-LoadedScene loadScene(const std::string& fileName,
-                      const core::event::EventManagerPtr& eventManager);
+LoadedScene loadScene(const std::string& fileName, const core::event::EventManagerPtr& eventManager,
+                      const ReadOptions& options = {});
 
 /// Reads a document into a new scene with an event manager of its own, showing progress,
 /// and writes the warnings. Throws as `loadScene`.
-LoadedScene openScene(const std::string& fileName, const Console& console);
+LoadedScene openScene(const std::string& fileName, const Console& console,
+                      const ReadOptions& options = {});
 
 /// Warns when `other` has another up axis or unit than `base`: the library takes numbers as
 /// they are.

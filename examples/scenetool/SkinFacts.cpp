@@ -45,12 +45,6 @@ Json toJson(const Eigen::Vector3d& point)
     return {point.x(), point.y(), point.z()};
 }
 
-std::string pointText(const Eigen::Vector3d& point)
-{
-    return "(" + shortNumber(point.x()) + ", " + shortNumber(point.y()) + ", " +
-           shortNumber(point.z()) + ")";
-}
-
 Json collectVertices(const SkinFacts& facts)
 {
     const Extent extent = measure(facts.points);

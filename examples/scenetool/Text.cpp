@@ -25,6 +25,17 @@ std::string shortNumber(double value)
     return floatText(static_cast<float>(rounded) + 0.0F);
 }
 
+std::string durationText(double seconds)
+{
+    return seconds < 1.0 ? shortNumber(seconds * 1e3) + " ms" : shortNumber(seconds) + " s";
+}
+
+std::string pointText(const Eigen::Vector3d& point)
+{
+    return "(" + shortNumber(point.x()) + ", " + shortNumber(point.y()) + ", " +
+           shortNumber(point.z()) + ")";
+}
+
 std::string onOneLine(const std::string& text)
 {
     std::string result = text;

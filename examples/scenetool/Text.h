@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Eigen/Core>
+
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -11,6 +13,12 @@ std::string floatText(float value);
 
 /// `value` rounded to four digits behind the point, which suffices for a look.
 std::string shortNumber(double value);
+
+/// A time for people, e.g. "1.5 s" or "0.25 ms".
+std::string durationText(double seconds);
+
+/// "(1, 2, 3)", each number as by `shortNumber`.
+std::string pointText(const Eigen::Vector3d& point);
 
 /// `text` with control characters replaced by "?", so that it stays on its line.
 std::string onOneLine(const std::string& text);

@@ -1,15 +1,10 @@
 #include "examples/scenetool/SceneFacts.h"
-#include "tests/examples/ColladaText.h"
-#include "tests/examples/ToolRun.h"
-
-#include <filesystem>
-#include <fstream>
+#include "tests/examples/ToolFiles.h"
 
 namespace velmoran::examples::test
 {
 namespace
 {
-namespace fs = std::filesystem;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::FloatNear;
@@ -40,12 +35,11 @@ std::string moveX(const std::string& distance)
 /// A folder of its own with a document in which an arm moves from x = 0 to 4 in a second
 /// and the hand below it from 0 to 2 in the first half of that; "still.dae" is without
 /// animations.
-class AnimationTool : public ::testing::Test
+class AnimationTool : public ToolFolder
 {
 protected:
     AnimationTool()
     {
-        fs::create_directories(m_folder);
         const std::string scene =
             quad("<triangles count=\"1\">" + std::string(VERTEX_INPUT) +
                  "<p>0 1 2</p></triangles>") +
@@ -62,16 +56,6 @@ protected:
                                     animation("hands", "hand/t.X", "0 0.5", 1, "0 2") +
                                     "<animation/></animation></library_animations>" + scene);
         still = write("still.dae", scene);
-    }
-
-    ~AnimationTool() override { fs::remove_all(m_folder); }
-
-    std::string path(const char* name) const { return (m_folder / name).string(); }
-
-    std::string write(const char* name, const std::string& body) const
-    {
-        std::ofstream(path(name)) << document(body);
-        return path(name);
     }
 
     /// The x of the world positions of the nodes shown, time by time.
@@ -94,12 +78,6 @@ protected:
 
     std::string moving;
     std::string still;
-
-private:
-    fs::path m_folder =
-        fs::path(::testing::TempDir()) /
-        ("animationtool_" +
-         std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
 };
 } // namespace
 

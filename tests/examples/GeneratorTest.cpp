@@ -98,7 +98,7 @@ TEST(Generator, CommittedDocumentsAreWhatItWritesInAnyLocale)
     const std::vector<ExampleDocument> documents = makeExampleDocuments(1.0);
     std::locale::global(before);
 
-    ASSERT_EQ(documents.size(), 3U);
+    ASSERT_EQ(documents.size(), 4U);
     for (const ExampleDocument& document : documents)
     {
         // Not EXPECT_EQ, which would print half a megabyte.
@@ -162,11 +162,13 @@ TEST(Generator, ShapesEncloseTheirVolumeAndTheirNormalsLookOutwards)
         Shape shape;
         double volume;
     };
-    const std::vector<Row> rows = {{"box", makeBox(), 1.0},
-                                   {"sphere", makeSphere(24), 4.1888},
-                                   {"frustum", makeFrustum(1.0, 0.9, 24), 2.8379},
-                                   {"shade", makeFrustum(1.0, 0.6, 24), 2.0525},
-                                   {"square", makeSquare(), 0.0}};
+    const std::vector<Row> rows = {
+        {"box", makeBox(), 1.0},
+        {"sphere", makeSphere(24), 4.1888},
+        {"frustum", makeFrustum(1.0, 0.9, 24), 2.8379},
+        {"shade", makeFrustum(1.0, 0.6, 24), 2.0525},
+        {"column", stretched(makeFrustum(1.0, 1.0, 24), {2.0, 0.5, 1.0}), 3.1416},
+        {"square", makeSquare(), 0.0}};
     for (const Row& row : rows)
     {
         SCOPED_TRACE(row.name);

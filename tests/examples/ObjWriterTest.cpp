@@ -113,7 +113,7 @@ TEST_F(ObjOfOneMesh, ReadsInputsThatShareAnOffset)
     EXPECT_EQ(written(), "v 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nvt 1 0\nvt 0 1\nvn 0 0 1\n"
                          "g my_node velmoran_material\nusemtl velmoran_material\n"
                          "f 1/1/1 2/2/1 3/3/1\n");
-    EXPECT_EQ(result.faces, 1U);
+    EXPECT_EQ(result.triangles, 1U);
     EXPECT_EQ(result.points, 3U);
 }
 
@@ -130,7 +130,7 @@ TEST_F(ObjOfOneMesh, BrokenIndicesCostNoMoreThanTheyMust)
     node->addInstanceGeometry(
         boost::make_shared<scene::InstanceGeometry>(scene::IGeometryPtr(), scene::MaterialPtr()));
     EXPECT_THAT(written(), HasSubstr("\nf 1 2 3\n"));
-    EXPECT_EQ(result.faces, 1U);
+    EXPECT_EQ(result.triangles, 1U);
     EXPECT_EQ(result.skippedFaces, 2U);
 }
 

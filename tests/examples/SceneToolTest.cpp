@@ -192,8 +192,10 @@ TEST_F(SceneTool, InfoTellsTheFactsOfTheScene)
         "position_sum": [1.0, 2.0, 2.0],
         "sources": [{"id": "pos", "stride": 3, "count": 3, "array_length": 9},
                     {"id": "nrm", "stride": 3, "count": 1, "array_length": 3}],
-        "triangle_count": 1}])"));
-    EXPECT_EQ(facts["totals"], Json::parse(R"({"positions": 3, "triangles": 1})"));
+        "triangle_count": 1, "faces_by_kind": {"triangles": 1}}])"));
+    EXPECT_EQ(
+        facts["totals"],
+        Json::parse(R"({"positions": 3, "triangles": 1, "faces_by_kind": {"triangles": 1}})"));
     EXPECT_EQ(facts["node_tree"][0], Json::parse(R"({"id": "outer", "name": null, "sid": null,
         "type": "NODE", "parent": null, "transformations": ["translate"]})"));
     EXPECT_EQ(facts["node_tree"][1], Json::parse(R"({"id": "inner", "name": null, "sid": "in",

@@ -1,6 +1,5 @@
 #include "examples/scenetool/AnimationFacts.h"
-#include "tests/examples/ColladaText.h"
-#include "tests/examples/ToolRun.h"
+#include "tests/examples/ToolFiles.h"
 
 #include "scene/animation/Animation.h"
 #include "scene/deform/Controller.h"
@@ -12,15 +11,10 @@
 #include "scene/material/Image.h"
 #include "scene/material/Material.h"
 
-#include <nlohmann/json.hpp>
-
 #include <Eigen/Core>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <map>
 
 // Documents of other programs, compared with facts that another reader found in them. The
@@ -30,7 +24,6 @@ namespace velmoran::examples::test
 namespace
 {
 using nlohmann::json;
-namespace fs = std::filesystem;
 
 const char* const KINDS[] = {"lookat", "matrix", "rotate", "scale", "skew", "translate"};
 
@@ -138,10 +131,11 @@ void compareFacts(const json& expected, const json& actual)
 class Model
 {
 public:
-    Model(const fs::path& document, const fs::path& reference)
-        : m_document(document.string()), m_result(ColladaReader().readFile(m_document, m_scene))
+    explicit Model(const SharedDocument& document)
+        : m_document(document.file),
+          m_result(ColladaReader().readFile(m_document, m_scene)),
+          m_reference(document.reference)
     {
-        std::ifstream(reference) >> m_reference;
     }
 
     void compare()
@@ -438,23 +432,15 @@ private:
 
 TEST(SharedModelsTest, DocumentsOfOtherProgramsHoldTheKnownFacts)
 {
-    const char* const folder = std::getenv("VELMORAN_MODELS");
-    if (!folder || !fs::is_directory(folder))
+    const std::vector<SharedDocument> documents = sharedDocuments();
+    if (documents.empty())
     {
         GTEST_SKIP() << "VELMORAN_MODELS names no folder of documents";
     }
-    std::size_t compared = 0;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+    for (const SharedDocument& document : documents)
     {
-        const fs::path reference =
-            fs::path(folder) / "reference" / entry.path().filename().replace_extension("json");
-        if (entry.path().extension() == ".dae" && fs::exists(reference))
-        {
-            SCOPED_TRACE(entry.path().filename().string());
-            Model(entry.path(), reference).compare();
-            ++compared;
-        }
+        SCOPED_TRACE(document.file);
+        Model(document).compare();
     }
-    EXPECT_GT(compared, 0U);
 }
 } // namespace velmoran::examples::test

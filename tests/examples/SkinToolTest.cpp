@@ -1,12 +1,8 @@
 #include "examples/scenetool/MorphCommand.h"
 #include "examples/scenetool/SceneFacts.h"
-#include "tests/examples/ColladaText.h"
-#include "tests/examples/ToolRun.h"
+#include "tests/examples/ToolFiles.h"
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 namespace velmoran::examples::test
@@ -62,30 +58,10 @@ std::string arm(const std::string& controllers, const std::string& nodes)
                        "</node></node>");
 }
 
-class SkinTool : public ::testing::Test
+class SkinTool : public ToolFolder
 {
 protected:
-    SkinTool()
-    {
-        fs::create_directories(m_folder);
-        moving = write("moving.dae", ANIMATION + arm(skin("arm", "hand"), ""));
-    }
-
-    ~SkinTool() override { fs::remove_all(m_folder); }
-
-    std::string path(const std::string& name) const { return (m_folder / name).string(); }
-
-    std::string write(const std::string& name, const std::string& body) const
-    {
-        std::ofstream(path(name)) << document(body);
-        return path(name);
-    }
-
-    std::string readFile(const std::string& name) const
-    {
-        std::ifstream in(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
+    SkinTool() { moving = write("moving.dae", ANIMATION + arm(skin("arm", "hand"), "")); }
 
     /// The points of an OBJ file.
     std::vector<Eigen::Vector3d> readPoints(const std::string& name) const
@@ -105,14 +81,8 @@ protected:
     }
 
     std::string moving;
-    const std::string avatar = VELMORAN_SOURCE_DIR "/examples/data/avatar.dae";
-    const std::string tall = VELMORAN_SOURCE_DIR "/examples/data/avatar_tall.dae";
-
-private:
-    fs::path m_folder =
-        fs::path(::testing::TempDir()) /
-        ("skintool_" +
-         std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
+    const std::string avatar = exampleDocument("avatar.dae");
+    const std::string tall = exampleDocument("avatar_tall.dae");
 };
 
 double largestDistance(const std::vector<Eigen::Vector3d>& a, const std::vector<Eigen::Vector3d>& b)
