@@ -30,7 +30,7 @@ public:
     void append(int vertex, std::vector<Influence>& influences) const
     {
         const auto i = static_cast<std::size_t>(vertex); // large if it was negative
-        if (i + 1 < m_starts.size())
+        if (i < m_starts.size() - 1)
         {
             m_lists.append(m_starts[i], m_starts[i + 1] - m_starts[i], influences);
         }

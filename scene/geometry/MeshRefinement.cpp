@@ -5,6 +5,7 @@
 #include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/geometry/VertexNormals.h"
 
+#include <set>
 #include <vector>
 
 namespace velmoran::scene
@@ -15,16 +16,17 @@ struct PrimitivesByKind
 {
     explicit PrimitivesByKind(const Mesh& mesh)
     {
+        std::set<const TriangleMeshPrimitive*> met;
         for (const IMeshPrimitivePtr& primitive : mesh.getMeshPrimitives())
         {
             auto* const ofTriangles = dynamic_cast<TriangleMeshPrimitive*>(primitive.get());
-            if (ofTriangles != nullptr && ofTriangles->getMesh().get() == &mesh)
-            {
-                triangles.push_back(ofTriangles);
-            }
-            else
+            if (ofTriangles == nullptr || ofTriangles->getMesh().get() != &mesh)
             {
                 others.push_back(primitive.get());
+            }
+            else if (met.insert(ofTriangles).second) // a mesh may list one twice
+            {
+                triangles.push_back(ofTriangles);
             }
         }
     }

@@ -92,13 +92,15 @@ NormalSlots::NormalSlots(const std::vector<float>& normals) : m_normals(normals)
 
 void NormalSlots::write(const std::vector<TriangleMeshPrimitive*>& primitives, Stream& target) const
 {
-    // A normal's entry behind its record is one of the next record, which may name a position.
-    const bool areApart = std::all_of(primitives.begin(), primitives.end(),
-                                      [](TriangleMeshPrimitive* primitive)
-                                      {
-                                          const Records records(*primitive);
-                                          return records.normal < records.width;
-                                      });
+    // A place behind the record is one of a later record: what is written there may be read
+    // as a position, and the other way round.
+    const bool areApart =
+        std::all_of(primitives.begin(), primitives.end(),
+                    [](TriangleMeshPrimitive* primitive)
+                    {
+                        const Records records(*primitive);
+                        return records.normal < records.width && records.position < records.width;
+                    });
     if (areApart)
     {
         writeTogether(primitives, target);

@@ -114,11 +114,7 @@ std::vector<OwnNormals> groupByStream(const std::vector<TriangleMeshPrimitive*>&
             {
                 groups.push_back({stream, {}});
             }
-            std::vector<TriangleMeshPrimitive*>& group = groups[place->second].primitives;
-            if (std::find(group.begin(), group.end(), primitive) == group.end())
-            {
-                group.push_back(primitive); // a mesh may list it twice
-            }
+            groups[place->second].primitives.push_back(primitive);
         }
     }
     return groups;
@@ -156,7 +152,7 @@ void storeNormals(Mesh& mesh, const std::vector<TriangleMeshPrimitive*>& primiti
     const bool lacksOwn = std::any_of(primitives.begin(), primitives.end(),
                                       [](const TriangleMeshPrimitive* primitive)
                                       { return findOwnNormals(*primitive) == nullptr; });
-    if (!hasShared || primitives.size() > 1)
+    if (!hasShared)
     {
         storeInSlots(mesh, groupByStream(primitives, others), normals);
     }

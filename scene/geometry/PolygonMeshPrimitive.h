@@ -56,10 +56,10 @@ public:
     bool addPolygon(const PolygonPtr& polygon, bool shareEqualValues);
 
     /// The number of corners of all faces.
-    unsigned int getTotalVertexCount() const;
+    virtual unsigned int getTotalVertexCount() const;
 
     /// The table, face by face.
-    const std::vector<TableEntry>& getPolygonStream() const;
+    virtual const std::vector<TableEntry>& getPolygonStream() const;
 
     /// Writes "Implement me PolygonMeshPrimitive::print()" to standard output.
     void print() override;

@@ -247,12 +247,13 @@ void Stream::updateIndex(std::size_t tuples, std::size_t room, std::size_t expec
     if (needed * 3 > m_slots.size() * 2 || m_indexedTuples > tuples)
     {
         const std::size_t wanted = std::max(needed, std::min(expected, 64 * needed));
-        m_slotBits = 6;
-        while (wanted * 3 > (std::size_t(2) << m_slotBits))
+        unsigned int bits = 6;
+        while (wanted * 3 > (std::size_t(2) << bits))
         {
-            ++m_slotBits;
+            ++bits;
         }
-        m_slots.assign(std::size_t(1) << m_slotBits, 0);
+        m_slots.assign(std::size_t(1) << bits, 0);
+        m_slotBits = bits;
         m_indexedTuples = 0;
     }
     while (m_indexedTuples < tuples)

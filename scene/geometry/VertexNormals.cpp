@@ -89,6 +89,10 @@ public:
     void add(const TriangleMeshPrimitive& primitive)
     {
         const FaceCorners corners(primitive);
+        if (corners.triangleCount() == 0)
+        {
+            return;
+        }
         if (!corners.isPlain())
         {
             addInBlocks(corners);

@@ -109,12 +109,12 @@ TEST_F(NormalsOfASquare, AreSummedOverAllPrimitives)
     owned.mesh->recalculateVertexNormals();
     const StreamPtr normals = first->getStreamBySemantic(NORMAL);
     EXPECT_EQ(second->getStreamBySemantic(NORMAL), normals);
-    const float third3 = 1.0F / std::sqrt(3.0F);
-    EXPECT_FLOAT_EQ(normals->getData()[0], third3); // position 0 belongs to all three
+    const float share = 1.0F / std::sqrt(3.0F);
+    EXPECT_FLOAT_EQ(normals->getData()[0], share); // position 0 belongs to all three
     EXPECT_EQ(second->getIndexStream()[1], first->getIndexStream()[1]);
     const StreamPtr shared = third->getStreamBySemantic(NORMAL);
     EXPECT_EQ(shared->getID(), "VM_Calculated_Normals");
-    EXPECT_FLOAT_EQ(shared->getData()[2], third3);
+    EXPECT_FLOAT_EQ(shared->getData()[2], share);
 }
 
 TEST_F(NormalsOfASquare, NeverComeFromOutsideTheArrays)
@@ -126,6 +126,7 @@ TEST_F(NormalsOfASquare, NeverComeFromOutsideTheArrays)
         {{NORMAL, none, 0}},
         {VERTEX_INPUT, {NORMAL, none, 1}},
         {VERTEX_INPUT, {NORMAL, positions, 0}, {TEXCOORD, none, 0}},
+        {{NORMAL, none, 0}, {TEXCOORD, none, 0}, {VERTEX, none, 0}},
         {{TEXCOORD, none, 0}, {VERTEX, none, 0}, {NORMAL, none, 5}, {NORMAL, none, -1}}};
     for (const std::vector<StreamMapping>& list : inputs)
     {

@@ -286,6 +286,12 @@ TEST_F(Square, GivesVerticesOfABrokenSkinNoInfluences)
         EXPECT_EQ(skin->getVCount().size(), 9U);
         EXPECT_EQ(skin->getV().size(), 2 * influences);
     }
+    const OwnedMesh broken; // its third corner has no position, and so no influences
+    addToVertices(*broken.mesh, POSITION, 3, {1, 0, 0, 0, 2, 0});
+    broken.addTriangles({VERTEX_INPUT}, {0, 1, 99});
+    const SkinPtr skin = makeSkin(broken.mesh, {1, 1}, {0, 0, 0, 0}, {1});
+    broken.mesh->subDivide(makeController(skin));
+    EXPECT_THAT(skin->getVCount(), ElementsAre(1, 1, 1, 1, 1, 0));
 }
 
 // A strip of three squares, each of two triangles, the squares in primitives of their own: with
