@@ -2,11 +2,13 @@
 
 #include "scene/geometry/IPrimitive.h"
 #include "scene/geometry/Polygon.h"
+#include "scene/geometry/TriangleTests.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/spatial/CellSearch.h"
 #include "scene/spatial/Ray.h"
 
 #include <algorithm>
+#include <cmath>
 #include <typeinfo>
 
 namespace velmoran::scene
@@ -20,6 +22,9 @@ CellTree sortOuter(const FlatElements& elements, const CellBox& inner, const Cel
 {
     std::vector<std::uint32_t> outer;
     TopCell top = {inner, 0, 0};
+    // What is no box in float arithmetic can't be divided, and encloses nothing then.
+    const bool isEnclosing =
+        isBox(inner.min, inner.max) && Vector3f(inner.min + inner.max).allFinite();
     for (std::uint32_t i = 0; i < elements.size(); ++i)
     {
         if (elements.kind(i) != FlatElements::TRIANGLE)
@@ -27,7 +32,7 @@ CellTree sortOuter(const FlatElements& elements, const CellBox& inner, const Cel
             continue;
         }
         const FlatElements::Bounds& bounds = elements.bounds(i);
-        if (!(bounds.min.array() >= inner.min.array()).all() ||
+        if (!isEnclosing || !(bounds.min.array() >= inner.min.array()).all() ||
             !(bounds.max.array() <= inner.max.array()).all())
         {
             CellBox& box = top.box;
@@ -52,7 +57,7 @@ boost::optional<double> meetsPlane(const Ray& ray, const IPrimitive& element)
     const Eigen::Vector3d offset =
         (Vector3f(corner[0], corner[1], corner[2]) - ray.getOrigin()).cast<double>();
     const double distance = normal.dot(offset) / normal.dot(ray.getDirection().cast<double>());
-    return boost::make_optional(distance >= 0.0, distance);
+    return boost::make_optional(distance >= 0.0 && std::isfinite(distance), distance);
 }
 } // namespace
 

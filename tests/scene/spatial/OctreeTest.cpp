@@ -382,6 +382,27 @@ public:
     }
 };
 
+TEST_F(PickScene, IsFoundBesideFacesWithoutFiniteBounds)
+{
+    constexpr float INFINITE = std::numeric_limits<float>::infinity();
+    const NodePtr root = scene.manager->getRoot();
+    instance(root, makeMesh(random.soup(200, 0.3F)));
+    instance(scene.addNode("root", "far"),
+             makeMesh({0, 0, 0, INFINITE, 0, 0, 0, 1, 0, 3e38F, 3e38F, 3e38F, 3.1e38F, 3e38F, 3e38F,
+                       3e38F, 3.1e38F, 3e38F}));
+    octree.setSceneNode(root);
+    octree.calculate(6, 4);
+    for (int i = 0; i < 100; ++i)
+    {
+        const Vector3f origin = random.point(2.0F);
+        const RayPtr ray = makeRay(origin, random.point(1.0F) - origin);
+        const double wanted = distanceByTestingAll(ray);
+        const auto hit = octree.pickNearest(ray);
+        ASSERT_EQ(hit.has_value(), wanted >= 0.0);
+        EXPECT_NEAR(hit ? hit->distance : -1.0, wanted, 1e-5);
+    }
+}
+
 TEST_F(PickScene, AsksElementsOfOtherKindsButNoPolygons)
 {
     const MeshPtr mesh = makeMesh({-9, -9, -9, -8, -9, -9, -9, -8, -9, 9, 9, 9, 9, 9, 8, 9, 8, 9});
