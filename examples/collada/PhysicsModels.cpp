@@ -147,7 +147,8 @@ scene::PhysicsRigidBodyPtr PhysicsModels::findBody(const PhysicsModelEntry& entr
 {
     const std::string name = getAttribute(attachment, "rigid_body");
     const bool isUrl = !name.empty() && name[0] == '#';
-    const auto bySid = entry.bodies.find(isUrl ? name.substr(1) : getLastSid(name));
+    const std::string path = isUrl ? name.substr(1) : name;
+    const auto bySid = entry.bodies.find(getLastSid(path));
     if (bySid != entry.bodies.end())
     {
         return bySid->second;

@@ -22,6 +22,10 @@ CLI::Option* addPoint(CLI::App& command, const std::string& name, Eigen::Vector3
             throw CLI::ValidationError(name, quoted(text) + " is not X,Y,Z");
         }
         point = Eigen::Vector3d((*numbers)[0], (*numbers)[1], (*numbers)[2]);
+        if (!point.cast<float>().allFinite()) // as the library takes them
+        {
+            throw CLI::ValidationError(name, quoted(text) + " is too large");
+        }
     };
     return command.add_option_function<std::string>(name, read, description)
         ->required()
@@ -40,7 +44,7 @@ void addPick(CLI::App& app, PickOptions& options)
     pick->callback(
         [&options]
         {
-            if (options.direction.isZero(0.0))
+            if (options.direction.cast<float>().isZero(0.0F))
             {
                 throw CLI::ValidationError("--direction", "has no length");
             }
