@@ -40,9 +40,12 @@ set(velmoran_private_headers
     scene/geometry/FaceCorners.h
     scene/geometry/NormalSlots.h
     scene/geometry/NormalStorage.h
+    scene/geometry/PointLanes.h
     scene/geometry/StreamList.h
     scene/geometry/Subdivision.h
-    scene/geometry/TriangleTests.h
+    scene/geometry/TriangleBoxTest.h
+    scene/geometry/TriangleCorners.h
+    scene/geometry/TriangleRayTest.h
     scene/geometry/UnrefinedFaces.h
     scene/geometry/VertexNormals.h
     scene/graph/HandleList.h
@@ -58,6 +61,7 @@ set(velmoran_private_headers
     scene/manager/NodeTable.h
     scene/manager/SceneGraphMerger.h
     scene/manager/SceneWorker.h
+    scene/spatial/Bits.h
     scene/spatial/CellSearch.h
     scene/spatial/CellTree.h
     scene/spatial/FlatElements.h

@@ -1,11 +1,13 @@
 #include "scene/geometry/Triangle.h"
 
-#include "scene/geometry/TriangleTests.h"
+#include "scene/geometry/TriangleBoxTest.h"
+#include "scene/geometry/TriangleRayTest.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/spatial/Ray.h"
 
 #include <Eigen/Geometry>
 
+#include <cmath>
 #include <iostream>
 
 namespace velmoran::scene
@@ -79,7 +81,7 @@ bool Triangle::intersects(const RayPtr& ray) const
         return false;
     }
     const TriangleRayTest test(ray->getOrigin(), ray->getDirection());
-    return test.isUsable() && test.meets(m_positions).has_value();
+    return test.isUsable() && std::isfinite(test.meets(m_positions));
 }
 
 bool Triangle::intersects(const Eigen::Vector3f& min, const Eigen::Vector3f& max) const

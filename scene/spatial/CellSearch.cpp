@@ -1,5 +1,6 @@
 #include "scene/spatial/CellSearch.h"
 
+#include "scene/spatial/Bits.h"
 #include "scene/spatial/Octants.h"
 #include "scene/spatial/Ray.h"
 
@@ -14,6 +15,9 @@ using Eigen::Vector3d;
 
 constexpr double INFINITE = std::numeric_limits<double>::infinity();
 
+/// Beyond every hit, nearer than a miss.
+constexpr double FARTHEST = std::numeric_limits<double>::max();
+
 /// Stands for 1/0: beyond every distance, but 0 times it is 0.
 constexpr double HUGE_INVERSE = 1e200;
 
@@ -21,7 +25,15 @@ constexpr double HUGE_INVERSE = 1e200;
 /// intervals, far below what costs time.
 constexpr double MARGIN = 0x1p-40;
 
-constexpr std::uint32_t FETCH_AHEAD = 4; ///< triangles
+using Lanes = Eigen::Array4d;
+
+/// Where an entry is not behind the exit: bit i for lane i.
+unsigned int bitsOf(const Lanes& entries, const Lanes& exits)
+{
+    const auto bit = [&](unsigned int lane)
+    { return static_cast<unsigned int>(entries.coeff(lane) <= exits.coeff(lane)) << lane; };
+    return bit(0) | bit(1) | bit(2) | bit(3);
+}
 } // namespace
 
 CellSearch::CellSearch(const FlatElements& elements, const Ray& ray)
@@ -29,7 +41,7 @@ CellSearch::CellSearch(const FlatElements& elements, const Ray& ray)
       m_test(ray.getOrigin(), ray.getDirection(), elements.extent()),
       m_origin(ray.getOrigin().cast<double>()),
       m_firstOctant(0),
-      m_distance(INFINITE)
+      m_distance(FARTHEST)
 {
     const double extent =
         std::max(m_origin.cwiseAbs().maxCoeff(), static_cast<double>(elements.extent()));
@@ -53,7 +65,7 @@ void CellSearch::note(std::uint32_t element, double distance)
 
 void CellSearch::search(const CellTree& tree)
 {
-    m_open.push_back({tree.topBox(), 0, -INFINITE});
+    m_open.push_back({tree.topBox(), tree.cells().front(), -INFINITE});
     while (!m_open.empty())
     {
         const Visit visit = m_open.back();
@@ -62,10 +74,9 @@ void CellSearch::search(const CellTree& tree)
         {
             continue;
         }
-        const CellTree::Cell& cell = tree.cells()[visit.cell];
-        if (cell.firstChild == 0)
+        if (visit.cell.firstChild == 0)
         {
-            testTriangles(tree, cell);
+            testTriangles(tree, visit.cell);
         }
         else
         {
@@ -79,54 +90,97 @@ void CellSearch::testTriangles(const CellTree& tree, const CellTree::Cell& leaf)
     const std::uint32_t* const entries = tree.entries().data() + leaf.firstEntry;
     for (std::uint32_t i = 0; i < leaf.entryCount; ++i)
     {
-        m_elements.prefetchCorners(entries[std::min(i + FETCH_AHEAD, leaf.entryCount - 1)]);
-        const boost::optional<double> distance = m_test.meets(m_elements.corners(entries[i]));
-        if (distance)
+        m_elements.prefetchCorners(entries[i]);
+    }
+    for (std::uint32_t i = 0; i < leaf.entryCount; i += TriangleRayTest::LANES)
+    {
+        std::array<const Corners*, TriangleRayTest::LANES> triangles;
+        for (std::uint32_t lane = 0; lane < triangles.size(); ++lane) // the last one fills up
         {
-            note(entries[i], *distance);
+            const std::uint32_t entry = entries[std::min(i + lane, leaf.entryCount - 1)];
+            triangles[lane] = &m_elements.corners(entry);
+        }
+        const unsigned int near = m_test.mayMeet(triangles);
+        for (std::uint32_t lane = 0; near >> lane != 0; ++lane)
+        {
+            if (((near >> lane) & 1U) != 0 && i + lane < leaf.entryCount)
+            {
+                note(entries[i + lane], m_test.meets(*triangles[lane]));
+            }
         }
     }
 }
 
 void CellSearch::visitChildren(const CellTree& tree, const Visit& visit)
 {
-    const Octants octants(visit.box.min, visit.box.max);
-    const std::uint32_t firstChild = tree.cells()[visit.cell].firstChild;
-    const CellTree::Cell* const children = &tree.cells()[firstChild];
-    const std::array<Interval, 2> x = halvesAlong(0, octants.planes());
-    const std::array<Interval, 2> y = halvesAlong(1, octants.planes());
-    const std::array<Interval, 2> z = halvesAlong(2, octants.planes());
-    const unsigned int repeated = octants.repeated();
-    for (unsigned int i = 8; i-- > 0;) // the last one is to be visited first
+    const CellTree::Cell* const children = &tree.cells()[visit.cell.firstChild];
+    __builtin_prefetch(children);
+    __builtin_prefetch(children + 4);
+    const Planes planes = Octants::planesOf(visit.box.min, visit.box.max);
+    const Halves x = halvesAlong<0>(planes);
+    const Halves y = halvesAlong<1>(planes);
+    const Halves z = halvesAlong<2>(planes);
+    // The quarters of the cell, seen along z.
+    const Lanes xEntry(x.first.entry, x.second.entry, x.first.entry, x.second.entry);
+    const Lanes yEntry(y.first.entry, y.first.entry, y.second.entry, y.second.entry);
+    const Lanes xExit(x.first.exit, x.second.exit, x.first.exit, x.second.exit);
+    const Lanes yExit(y.first.exit, y.first.exit, y.second.exit, y.second.exit);
+    const Lanes entry = xEntry.max(yEntry).max(0.0);
+    const Lanes exit = xExit.min(yExit).min(m_distance);
+    std::array<Lanes, 2> entries = {entry.max(z.first.entry), entry.max(z.second.entry)};
+    const std::array<Lanes, 2> exits = {exit.min(z.first.exit), exit.min(z.second.exit)};
+    // As bits, in the order in which the ray meets the octants.
+    unsigned int crossed = bitsOf(entries[0], exits[0]) | bitsOf(entries[1], exits[1]) << 4U;
+    crossed &= inOrder(visit.cell.occupied);
+    while (crossed != 0)
     {
-        const unsigned int octant = i ^ m_firstOctant;
+        const unsigned int last = highestBit(crossed); // what comes last is visited first
+        crossed ^= 1U << last;
+        const unsigned int octant = last ^ m_firstOctant;
         const CellTree::Cell& child = children[octant];
-        const Interval& alongX = x[i & 1U];
-        const Interval& alongY = y[(i >> 1U) & 1U];
-        const Interval& alongZ = z[i >> 2U];
-        const double entry = std::max({alongX.entry, alongY.entry, alongZ.entry, 0.0});
-        const double exit = std::min({alongX.exit, alongY.exit, alongZ.exit, m_distance});
-        const bool isEmpty = child.firstChild == 0 && child.entryCount == 0;
-        if (entry <= exit && !isEmpty && (octant & repeated) == 0)
-        {
-            m_open.push_back(
-                {{octants.min(octant), octants.max(octant)}, firstChild + octant, entry});
-        }
+        __builtin_prefetch(tree.entries().data() + child.firstEntry);
+        m_open.push_back({{Octants::minOf(planes, octant), Octants::maxOf(planes, octant)},
+                          child,
+                          entries[last / 4].coeff(last % 4)});
     }
 }
 
-/// Where the ray is in the half of a cell that it meets first along an axis, and in the other.
-std::array<CellSearch::Interval, 2> CellSearch::halvesAlong(int axis, const Planes& planes) const
+/// Octants as bits, from their own order into that in which the ray meets them.
+unsigned int CellSearch::inOrder(unsigned int octants) const
 {
-    const auto at = [&](std::size_t plane)
+    if ((m_firstOctant & 1U) != 0)
     {
-        const auto position = static_cast<double>(planes[plane].coeff(axis));
-        return (position - m_origin.coeff(axis)) * m_inverse.coeff(axis);
+        octants = (octants & 0x55U) << 1U | (octants & 0xAAU) >> 1U;
+    }
+    if ((m_firstOctant & 2U) != 0)
+    {
+        octants = (octants & 0x33U) << 2U | (octants & 0xCCU) >> 2U;
+    }
+    if ((m_firstOctant & 4U) != 0)
+    {
+        octants = (octants & 0x0FU) << 4U | (octants & 0xF0U) >> 4U;
+    }
+    return octants;
+}
+
+/// Where the ray is in the halves of a cell along an axis, in the order in which it meets
+/// them. A cell without extent is one half.
+template <int Axis>
+CellSearch::Halves CellSearch::halvesAlong(const Planes& planes) const
+{
+    const auto at = [&](const Eigen::Vector3f& plane)
+    {
+        const auto position = static_cast<double>(plane.coeff(Axis));
+        return (position - m_origin.coeff(Axis)) * m_inverse.coeff(Axis);
     };
-    const double margin = m_margin.coeff(axis);
-    const bool isForwards = m_inverse.coeff(axis) > 0.0;
-    const double centre = at(1);
-    return {Interval{at(isForwards ? 0 : 2) - margin, centre + margin},
-            Interval{centre - margin, at(isForwards ? 2 : 0) + margin}};
+    const double margin = m_margin.coeff(Axis);
+    const bool isForwards = m_inverse.coeff(Axis) > 0.0;
+    const double centre = at(planes[1]);
+    const Interval first = {at(planes[isForwards ? 0 : 2]) - margin, centre + margin};
+    if (planes[0].coeff(Axis) == planes[2].coeff(Axis))
+    {
+        return {first, {INFINITE, INFINITE}};
+    }
+    return {first, {centre - margin, at(planes[isForwards ? 2 : 0]) + margin}};
 }
 } // namespace velmoran::scene

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "scene/geometry/TriangleTests.h"
+#include "scene/geometry/TriangleBoxTest.h"
+#include "scene/geometry/TriangleRayTest.h"
 #include "scene/spatial/CellTree.h"
 #include "scene/spatial/FlatElements.h"
 
 #include <Eigen/Core>
 #include <boost/container/small_vector.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <limits>
@@ -22,14 +24,16 @@ class Ray;
 class CellSearch
 {
 public:
-    /// The ray is one that a `TriangleRayTest` can use.
     CellSearch(const FlatElements& elements, const Ray& ray);
 
-    /// Looks for nearer triangles in `tree`, one of the same elements.
+    /// See `TriangleRayTest`.
+    bool isUsable() const { return m_test.isUsable(); }
+
+    /// Looks for nearer triangles in `tree`, one of the same elements. The ray is usable.
     void search(const CellTree& tree);
 
-    /// Notes that the ray meets an element. Of elements at the same distance the one with
-    /// the lowest number stays.
+    /// Notes that the ray meets an element, unless the distance is infinite. Of elements at the
+    /// same distance the one with the lowest number stays.
     void note(std::uint32_t element, double distance);
 
     bool hasFound() const { return m_found != NONE; }
@@ -42,7 +46,7 @@ private:
     struct Visit
     {
         CellBox box;
-        std::uint32_t cell;
+        CellTree::Cell cell;
         double entry; ///< where the ray enters it
     };
 
@@ -53,9 +57,19 @@ private:
         double exit;
     };
 
+    struct Halves
+    {
+        Interval first;
+        Interval second;
+    };
+
     void testTriangles(const CellTree& tree, const CellTree::Cell& leaf);
     void visitChildren(const CellTree& tree, const Visit& visit);
-    std::array<Interval, 2> halvesAlong(int axis, const Planes& planes) const;
+
+    unsigned int inOrder(unsigned int octants) const;
+
+    template <int Axis>
+    Halves halvesAlong(const Planes& planes) const;
 
     const FlatElements& m_elements;
     TriangleRayTest m_test;

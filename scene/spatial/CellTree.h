@@ -39,8 +39,9 @@ public:
     struct Cell
     {
         std::uint32_t firstChild; ///< the other seven follow; 0 for a leaf
-        std::uint32_t entryCount; ///< elements of a leaf
-        std::size_t firstEntry;   ///< of these in the list of entries
+        std::uint32_t occupied;   ///< children that got elements: bit i for child i
+        std::uint32_t firstEntry; ///< of a leaf, in the list of entries
+        std::uint32_t entryCount;
     };
 
     /// Sorts those elements whose numbers are `incoming` into `top` and cells below it.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scene/Forward.h"
-#include "scene/geometry/TriangleTests.h"
+#include "scene/geometry/TriangleCorners.h"
 
 #include <Eigen/Core>
 
@@ -49,7 +49,13 @@ public:
     /// The largest amount of a coordinate of triangles with an area.
     float extent() const { return m_extent; }
 
-    void prefetchCorners(std::uint32_t element) const { __builtin_prefetch(&m_corners[element]); }
+    void prefetchCorners(std::uint32_t element) const
+    {
+        const char* const first = reinterpret_cast<const char*>(&m_corners[element]);
+        __builtin_prefetch(first);
+        __builtin_prefetch(first + sizeof(Corners) - 1); // they may lie across two cache lines
+    }
+
     void prefetchBounds(std::uint32_t element) const { __builtin_prefetch(&m_bounds[element]); }
 
     /// One of the other kinds. Logarithmic in their number.

@@ -9,28 +9,11 @@ namespace
 using Eigen::Vector3f;
 
 constexpr unsigned int COUNT = 8;
-
-/// `corners[0]`, or `corners[1]` on the axes where the octant is on the high side.
-Vector3f choose(const Vector3f* corners, unsigned int octant)
-{
-    return {corners[octant & 1U].x(), corners[(octant >> 1U) & 1U].y(),
-            corners[(octant >> 2U) & 1U].z()};
-}
 } // namespace
 
 Octants::Octants(const Vector3f& min, const Vector3f& max)
-    : m_planes{min, (min + max) * 0.5F, max}, m_isBox(isBox(min, max) && m_planes[1].allFinite())
+    : m_planes(planesOf(min, max)), m_isBox(isBox(min, max) && m_planes[1].allFinite())
 {
-}
-
-Vector3f Octants::min(unsigned int octant) const
-{
-    return choose(&m_planes[0], octant);
-}
-
-Vector3f Octants::max(unsigned int octant) const
-{
-    return choose(&m_planes[1], octant);
 }
 
 bool Octants::areAsLargeAsTheCell() const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/geometry/TriangleBoxTest.h"
 #include "scene/spatial/FlatElements.h"
 
 #include <Eigen/Core>
@@ -15,25 +16,28 @@ class Octants
 public:
     Octants(const Eigen::Vector3f& min, const Eigen::Vector3f& max);
 
-    Eigen::Vector3f min(unsigned int octant) const;
-    Eigen::Vector3f max(unsigned int octant) const;
+    /// Minimum, centre and maximum of a cell.
+    static Planes planesOf(const Eigen::Vector3f& min, const Eigen::Vector3f& max)
+    {
+        return {min, (min + max) * 0.5F, max};
+    }
+
+    static Eigen::Vector3f minOf(const Planes& planes, unsigned int octant)
+    {
+        return {planes[octant & 1U].x(), planes[(octant >> 1U) & 1U].y(), planes[octant >> 2U].z()};
+    }
+
+    static Eigen::Vector3f maxOf(const Planes& planes, unsigned int octant)
+    {
+        return {planes[1 + (octant & 1U)].x(), planes[1 + ((octant >> 1U) & 1U)].y(),
+                planes[1 + (octant >> 2U)].z()};
+    }
+
+    Eigen::Vector3f min(unsigned int octant) const { return minOf(m_planes, octant); }
+    Eigen::Vector3f max(unsigned int octant) const { return maxOf(m_planes, octant); }
 
     /// Whether no part is smaller than the cell, as there are no numbers in between.
     bool areAsLargeAsTheCell() const;
-
-    /// Along which axes the cell has no extent, as bits: octants that differ in these alone are
-    /// the same.
-    unsigned int repeated() const
-    {
-        const Eigen::Vector3f& low = m_planes[0];
-        const Eigen::Vector3f& high = m_planes[2];
-        return static_cast<unsigned int>(low.x() == high.x()) |
-               (static_cast<unsigned int>(low.y() == high.y()) << 1U) |
-               (static_cast<unsigned int>(low.z() == high.z()) << 2U);
-    }
-
-    /// Minimum, centre and maximum of the cell.
-    const Planes& planes() const { return m_planes; }
 
     /// The octants that an element meets, one that is known to meet the cell as a whole: bit i
     /// for octant i.

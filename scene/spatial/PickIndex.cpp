@@ -2,7 +2,7 @@
 
 #include "scene/geometry/IPrimitive.h"
 #include "scene/geometry/Polygon.h"
-#include "scene/geometry/TriangleTests.h"
+#include "scene/geometry/TriangleBoxTest.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/spatial/CellSearch.h"
 #include "scene/spatial/Ray.h"
@@ -78,11 +78,11 @@ PickIndex::PickIndex(const boost::shared_ptr<const FaceLists>& faces, FlatElemen
 
 boost::optional<RayHit> PickIndex::nearest(const RayPtr& ray) const
 {
-    if (!TriangleRayTest(ray->getOrigin(), ray->getDirection()).isUsable())
+    CellSearch search(m_elements, *ray);
+    if (!search.isUsable())
     {
         return boost::none;
     }
-    CellSearch search(m_elements, *ray);
     search.search(m_tree);
     search.search(m_outerTree);
     askOthers(ray, search);

@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <list>
 #include <numeric>
@@ -320,6 +321,47 @@ TEST_F(PickScene, AgreesWithTestingEveryFace)
         }
         EXPECT_GT(hits, 30);
     }
+}
+
+// Cells leave out faces by a rougher test than that of the face.
+TEST_F(PickScene, AgreesWithTheFaceAtItsEdgesWhateverTheScale)
+{
+    std::size_t rays = 0;
+    std::size_t hits = 0;
+    for (const float scale : {1e-37F, 1e-20F, 1e-9F, 1e-3F, 1.0F, 1e5F, 1e9F, 1e18F, 1e36F})
+    {
+        SCOPED_TRACE(scale);
+        for (int i = 0; i < 150; ++i)
+        {
+            const Vector3f at = (i % 3 == 0 ? 100.0F : 0.0F) * random.point(1.0F);
+            const float size = i % 5 == 0 ? 1e-4F : 1.0F;
+            const std::array<Vector3f, 3> corners = {scale * (at + random.point(size)),
+                                                     scale * (at + random.point(size)),
+                                                     scale * (at + random.point(size))};
+            const NodePtr node = boost::make_shared<Node>(scene.manager);
+            instance(node, makeMesh({corners[0].x(), corners[0].y(), corners[0].z(), corners[1].x(),
+                                     corners[1].y(), corners[1].z(), corners[2].x(), corners[2].y(),
+                                     corners[2].z()}));
+            octree.setSceneNode(node);
+            octree.calculate(0, 10);
+            const IPrimitivePtr face = octree.getRoot()->getPrimitives().at(0);
+            for (int j = 0; j < 8; ++j)
+            {
+                const Vector3f& corner = corners[j % 3];
+                const float along = 0.3F * static_cast<float>(j - 1); // a bit beyond the ends
+                const Vector3f target = corner + along * (corners[(j + 1) % 3] - corner);
+                const Vector3f origin = scale * (at + random.point(10.0F));
+                const float stretch = scale < 1.0F && j % 2 == 0 ? 1e30F : 1e-2F;
+                const RayPtr ray = makeRay(origin, stretch * (target - origin));
+                const bool wanted = face->intersects(ray);
+                ASSERT_EQ(octree.pickNearest(ray).has_value(), wanted) << i << ", ray " << j;
+                hits += wanted ? 1 : 0;
+                ++rays;
+            }
+        }
+    }
+    EXPECT_GT(hits, rays / 5);
+    EXPECT_LT(hits, rays / 2);
 }
 
 TEST_F(PickScene, FindsFacesOfAFlatSceneAlongItsPlanes)
