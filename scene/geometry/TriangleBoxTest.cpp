@@ -38,10 +38,17 @@ public:
             low = low.cwiseMin(corner);
             high = high.cwiseMax(corner);
         }
-        m_normal = m_edges[0].cross(m_edges[1]);
+        for (std::size_t i = 0; i < 3; ++i)
+        {
+            m_lengths[i] = m_edges[i].cwiseAbs().maxCoeff();
+        }
+        const auto longest = static_cast<std::size_t>(
+            std::max_element(m_lengths.begin(), m_lengths.end()) - m_lengths.begin());
+        const std::size_t next = (longest + 1) % 3;
+        const std::size_t last = (longest + 2) % 3;
+        m_normal = m_edges[next].cross(m_edges[last]);
+        m_normalError = PLANE_ROUNDING * m_lengths[next] * m_lengths[last];
         m_reach = (high - low).maxCoeff();
-        m_longest = m_edges[0].cwiseAbs().cwiseMax(m_edges[1].cwiseAbs()).maxCoeff() +
-                    m_edges[2].cwiseAbs().maxCoeff();
     }
 
     /// The boxes that some axis separates from the triangle.
@@ -77,7 +84,7 @@ private:
         const Term x = least<0>(0, side * m_normal.x());
         const Term y = least<1>(0, side * m_normal.y());
         const Term z = least<2>(0, side * m_normal.z());
-        const double tolerance = PLANE_ROUNDING * m_longest * m_longest * m_reach;
+        const double tolerance = m_normalError * m_reach;
         const auto isBeside = [&](double xy, double atZ) -> unsigned int
         { return xy + atZ > tolerance ? 1U : 0U; };
         const std::array<double, 4> xy = {x.onLow + y.onLow, x.onHigh + y.onLow, x.onLow + y.onHigh,
@@ -97,15 +104,25 @@ private:
     unsigned int besideEdges(const Bits& alongX, const Bits& alongY) const
     {
         const double twiceArea = m_normal.coeff(3 - X - Y);
-        if (std::abs(twiceArea) <= PLANE_ROUNDING * m_longest * m_longest)
+        if (std::abs(twiceArea) > m_normalError)
         {
-            return 0; // seen as a line, which the plane's test covers
+            return beyondEdges<X, Y>(twiceArea > 0.0 ? 1.0 : -1.0, 0.0, alongX, alongY);
         }
-        const double outwards = twiceArea > 0.0 ? 1.0 : -1.0;
-        const double tolerance = PRODUCT_ROUNDING * m_longest * m_reach;
+        // Seen as a line, nearly: both sides of each edge are outside.
+        return beyondEdges<X, Y>(1.0, 2 * m_normalError, alongX, alongY) |
+               beyondEdges<X, Y>(-1.0, 2 * m_normalError, alongX, alongY);
+    }
+
+    /// `outwards`: 1 when the corners are seen counterclockwise, otherwise -1. `thickness` is
+    /// what the triangle may reach beyond its edges, times their length.
+    template <int X, int Y>
+    unsigned int beyondEdges(double outwards, double thickness, const Bits& alongX,
+                             const Bits& alongY) const
+    {
         unsigned int beside = 0;
         for (std::size_t i = 0; i < 3; ++i)
         {
+            const double tolerance = PRODUCT_ROUNDING * m_lengths[i] * m_reach + thickness;
             const Term x = least<X>(i, outwards * m_edges[i].coeff(Y));
             const Term y = least<Y>(i, -outwards * m_edges[i].coeff(X));
             const unsigned int lowX =
@@ -124,9 +141,10 @@ private:
 
     std::array<Vector3d, 3> m_edges; ///< edge i leads from corner i to the next one
     std::array<std::array<Vector3d, 3>, 3> m_offsets; ///< from corner i to plane j
-    Vector3d m_normal;
-    double m_longest; ///< no component of the edges is larger
-    double m_reach;   ///< nor one of the offsets
+    std::array<double, 3> m_lengths;                  ///< the largest component of each edge
+    Vector3d m_normal;    ///< of the two shortest edges, which keeps it precise for a needle
+    double m_normalError; ///< no component of the normal has a larger one
+    double m_reach;       ///< no component of the offsets is larger
 };
 } // namespace
 

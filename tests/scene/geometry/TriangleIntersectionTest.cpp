@@ -4,6 +4,7 @@
 #include <Eigen/LU>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -164,6 +165,35 @@ TEST(TriangleAndBox, MeetWhereTheyTouchOnly)
     const Points crossing = {{-1, -1, 0}, {1, -1, 0}, {0, 1, 0}};
     EXPECT_TRUE(meetsBox(crossing, {0, 0, 0}, {0, 0, 0})); // a box of one point
     EXPECT_FALSE(meetsBox(crossing, {1, -1, -1}, {-1, 1, 1})) << "from above to below";
+}
+
+TEST(TriangleAndBox, AgreeWithClippingANeedle)
+{
+    Random random;
+    int met = 0;
+    for (const float thickness : {1e-4F, 1e-8F, 1e-15F, 1e-25F})
+    {
+        for (int i = 0; i < 3000; ++i)
+        {
+            // Two corners are close together, or all of them are nearly on a line.
+            const Points far = random.points(1.0F);
+            const Points close = random.points(thickness);
+            const Vector3f start = i % 2 == 0 ? close[0] : Vector3f(-far[0]);
+            Points triangle = {start, close[1], far[0]};
+            std::rotate(triangle.begin(), triangle.begin() + i % 3, triangle.end());
+            const Vector3f centre = 0.5F * far[0] + 0.2F * far[1];
+            const Vector3f half = 0.2F * far[2].cwiseAbs();
+            const bool wanted = isLeftWithin(triangle, centre - half, centre + half, 1e-6);
+            if (wanted == isLeftWithin(triangle, centre - half, centre + half, -1e-6))
+            {
+                ASSERT_EQ(meetsBox(triangle, centre - half, centre + half), wanted)
+                    << "round " << i << ", " << thickness;
+                met += wanted ? 1 : 0;
+            }
+        }
+    }
+    EXPECT_GT(met, 1500);
+    EXPECT_LT(met, 9000);
 }
 
 TEST(TriangleAndRay, AgreeWithSolvingForTheMeetingPoint)
