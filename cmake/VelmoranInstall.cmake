@@ -41,6 +41,7 @@ set(velmoran_private_headers
     scene/geometry/NormalSlots.h
     scene/geometry/NormalStorage.h
     scene/geometry/PointLanes.h
+    scene/geometry/RoughBoxTest.h
     scene/geometry/StreamList.h
     scene/geometry/Subdivision.h
     scene/geometry/TriangleBoxTest.h

@@ -2,10 +2,36 @@
 
 #include <Eigen/Core>
 
+#include <cstdint>
+#include <cstring>
+
 namespace velmoran::scene
 {
 /// A number for each of four things, computed with at once.
 using Lanes = Eigen::Array4f;
+
+using LaneBits [[gnu::vector_size(16)]] = std::int32_t; ///< some bits for each of them
+
+constexpr LaneBits allLanes(unsigned int bits)
+{
+    const auto number = static_cast<std::int32_t>(bits);
+    return LaneBits{number, number, number, number};
+}
+
+/// The bits of those lanes that are above a limit, or are not a number.
+EIGEN_ALWAYS_INLINE LaneBits bitsAbove(const Lanes& lanes, float limit, const LaneBits& bits)
+{
+    using Floats [[gnu::vector_size(16)]] = float;
+    Floats floats;
+    std::memcpy(&floats, lanes.data(), sizeof(floats));
+    return ~(floats <= limit) & bits;
+}
+
+/// The bits of all lanes together.
+EIGEN_ALWAYS_INLINE unsigned int anyOf(const LaneBits& bits)
+{
+    return static_cast<unsigned int>(bits[0] | bits[1] | bits[2] | bits[3]);
+}
 
 /// Four points or vectors side by side. The functions are to be inlined, so that lanes stay in
 /// registers.
@@ -45,6 +71,12 @@ struct PointLanes
     EIGEN_ALWAYS_INLINE PointLanes cross(const PointLanes& other) const
     {
         return {y * other.z - z * other.y, z * other.x - x * other.z, x * other.y - y * other.x};
+    }
+
+    template <int Axis>
+    EIGEN_ALWAYS_INLINE const Lanes& along() const
+    {
+        return Axis == 0 ? x : Axis == 1 ? y : z;
     }
 
     /// The largest amount of a component.

@@ -27,6 +27,8 @@ constexpr float LANE_UNDERFLOW = 1e-37F;
 /// Up to this product of offset and extent no product of the lanes is too large for a float.
 constexpr double LANE_LIMIT = 1e15;
 
+constexpr LaneBits LANE_NUMBERS = {1, 2, 4, 8}; ///< as bits
+
 PointLanes cornersOf(const LaneTriangles& triangles, std::size_t corner)
 {
     return {(*triangles[0])[corner], (*triangles[1])[corner], (*triangles[2])[corner],
@@ -89,9 +91,7 @@ unsigned int TriangleRayTest::mayMeet(const LaneTriangles& triangles) const
     const Lanes inside =
         (u * determinant).min(v * determinant).min((determinant - u - v) * determinant) + error +
         LANE_UNDERFLOW;
-    const auto bit = [&](unsigned int lane)
-    { return static_cast<unsigned int>(!(inside.coeff(lane) < 0.0F)) << lane; };
-    return bit(0) | bit(1) | bit(2) | bit(3);
+    return anyOf(bitsAbove(inside, 0.0F, LANE_NUMBERS));
 }
 
 double TriangleRayTest::meets(const Corners& corners) const

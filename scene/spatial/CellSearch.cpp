@@ -21,14 +21,15 @@ constexpr double FARTHEST = std::numeric_limits<double>::max();
 /// Stands for 1/0: beyond every distance, but 0 times it is 0.
 constexpr double HUGE_INVERSE = 1e200;
 
-/// Around cells, in extents of the scene: far above the errors of the ray test and of the
-/// intervals, far below what costs time.
+/// Widens cells on each side, in extents of the scene. The ends of intervals are rounded by less
+/// than 2^-50 of that; the rest is for triangles that the ray test counts as met although the ray
+/// passes beside them within its tolerance.
 constexpr double MARGIN = 0x1p-40;
 
-using Lanes = Eigen::Array4d;
+using DoubleLanes = Eigen::Array4d;
 
 /// Where an entry is not behind the exit: bit i for lane i.
-unsigned int bitsOf(const Lanes& entries, const Lanes& exits)
+unsigned int bitsOf(const DoubleLanes& entries, const DoubleLanes& exits)
 {
     const auto bit = [&](unsigned int lane)
     { return static_cast<unsigned int>(entries.coeff(lane) <= exits.coeff(lane)) << lane; };
@@ -121,14 +122,14 @@ void CellSearch::visitChildren(const CellTree& tree, const Visit& visit)
     const Halves y = halvesAlong<1>(planes);
     const Halves z = halvesAlong<2>(planes);
     // The quarters of the cell, seen along z.
-    const Lanes xEntry(x.first.entry, x.second.entry, x.first.entry, x.second.entry);
-    const Lanes yEntry(y.first.entry, y.first.entry, y.second.entry, y.second.entry);
-    const Lanes xExit(x.first.exit, x.second.exit, x.first.exit, x.second.exit);
-    const Lanes yExit(y.first.exit, y.first.exit, y.second.exit, y.second.exit);
-    const Lanes entry = xEntry.max(yEntry).max(0.0);
-    const Lanes exit = xExit.min(yExit).min(m_distance);
-    std::array<Lanes, 2> entries = {entry.max(z.first.entry), entry.max(z.second.entry)};
-    const std::array<Lanes, 2> exits = {exit.min(z.first.exit), exit.min(z.second.exit)};
+    const DoubleLanes xEntry(x.first.entry, x.second.entry, x.first.entry, x.second.entry);
+    const DoubleLanes yEntry(y.first.entry, y.first.entry, y.second.entry, y.second.entry);
+    const DoubleLanes xExit(x.first.exit, x.second.exit, x.first.exit, x.second.exit);
+    const DoubleLanes yExit(y.first.exit, y.first.exit, y.second.exit, y.second.exit);
+    const DoubleLanes entry = xEntry.max(yEntry).max(0.0);
+    const DoubleLanes exit = xExit.min(yExit).min(m_distance);
+    std::array<DoubleLanes, 2> entries = {entry.max(z.first.entry), entry.max(z.second.entry)};
+    const std::array<DoubleLanes, 2> exits = {exit.min(z.first.exit), exit.min(z.second.exit)};
     // As bits, in the order in which the ray meets the octants.
     unsigned int crossed = bitsOf(entries[0], exits[0]) | bitsOf(entries[1], exits[1]) << 4U;
     crossed &= inOrder(visit.cell.occupied);

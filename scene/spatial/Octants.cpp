@@ -12,7 +12,9 @@ constexpr unsigned int COUNT = 8;
 } // namespace
 
 Octants::Octants(const Vector3f& min, const Vector3f& max)
-    : m_planes(planesOf(min, max)), m_isBox(isBox(min, max) && m_planes[1].allFinite())
+    : m_planes(planesOf(min, max)),
+      m_rough(m_planes),
+      m_isBox(isBox(min, max) && m_planes[1].allFinite())
 {
 }
 
@@ -41,7 +43,6 @@ unsigned int Octants::metByTriangle(const Corners& corners,
                                     const FlatElements::Bounds& bounds) const
 {
     const Vector3f& low = m_planes[0];
-    const Vector3f& centre = m_planes[1];
     const Vector3f& high = m_planes[2];
     const bool isApart = bounds.max.x() < low.x() || bounds.max.y() < low.y() ||
                          bounds.max.z() < low.z() || bounds.min.x() > high.x() ||
@@ -51,18 +52,15 @@ unsigned int Octants::metByTriangle(const Corners& corners,
         return 0;
     }
     const unsigned int reached = reachedBy(bounds);
-    // What lies within the cell and crosses one plane only meets both sides of it.
-    const bool isWithin = bounds.min.x() >= low.x() && bounds.min.y() >= low.y() &&
-                          bounds.min.z() >= low.z() && bounds.max.x() <= high.x() &&
-                          bounds.max.y() <= high.y() && bounds.max.z() <= high.z();
-    const unsigned int crossed = (sides(bounds.min.x(), bounds.max.x(), centre.x()) + 1) / 4 +
-                                 (sides(bounds.min.y(), bounds.max.y(), centre.y()) + 1) / 4 +
-                                 (sides(bounds.min.z(), bounds.max.z(), centre.z()) + 1) / 4;
-    if (isWithin && crossed <= 1)
-    {
-        return reached;
-    }
-    return boxesMet(corners, m_planes, reached);
+    return isWithin(bounds) && isSettled(reached, bounds) ? reached : metOf(reached, corners);
+}
+
+/// Of the octants that the bounds reach.
+unsigned int Octants::metOf(unsigned int reached, const Corners& corners) const
+{
+    const RoughBoxTest::Answer rough = m_rough.compare(corners);
+    const unsigned int met = reached & ~rough.beside;
+    return (met & rough.unclear) == 0 ? met : boxesMet(corners, m_planes, met);
 }
 
 unsigned int Octants::metByOther(const IPrimitive& element) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "scene/geometry/RoughBoxTest.h"
 #include "scene/geometry/TriangleBoxTest.h"
 #include "scene/spatial/FlatElements.h"
 
@@ -43,10 +44,13 @@ public:
     /// for octant i.
     unsigned int metWithin(const FlatElements& elements, std::uint32_t element) const
     {
-        const unsigned int reached = reachedBy(elements.bounds(element));
-        // What meets the cell meets the only part of it that it reaches.
-        const bool isOne = reached != 0 && (reached & (reached - 1)) == 0;
-        return isOne ? reached : metBy(elements, element);
+        const FlatElements::Bounds& bounds = elements.bounds(element);
+        const unsigned int reached = reachedBy(bounds);
+        if (reached == 0)
+        {
+            return metBy(elements, element);
+        }
+        return isSettled(reached, bounds) ? reached : metOf(reached, elements.corners(element));
     }
 
     /// The same for any element.
@@ -70,10 +74,29 @@ private:
                (static_cast<unsigned int>(max >= centre) << 1U);
     }
 
+    /// Whether a triangle that meets the cell meets all octants that its bounds reach: the only
+    /// one, or the two on the sides of a plane when it is within the cell.
+    bool isSettled(unsigned int reached, const FlatElements::Bounds& bounds) const
+    {
+        const unsigned int others = reached & (reached - 1);
+        return others == 0 || ((others & (others - 1)) == 0 && isWithin(bounds));
+    }
+
+    bool isWithin(const FlatElements::Bounds& bounds) const
+    {
+        const Eigen::Vector3f& low = m_planes[0];
+        const Eigen::Vector3f& high = m_planes[2];
+        return bounds.min.x() >= low.x() && bounds.min.y() >= low.y() &&
+               bounds.min.z() >= low.z() && bounds.max.x() <= high.x() &&
+               bounds.max.y() <= high.y() && bounds.max.z() <= high.z();
+    }
+
+    unsigned int metOf(unsigned int reached, const Corners& corners) const;
     unsigned int metByTriangle(const Corners& corners, const FlatElements::Bounds& bounds) const;
     unsigned int metByOther(const IPrimitive& element) const;
 
     Planes m_planes;
+    RoughBoxTest m_rough; ///< of the octants
     bool m_isBox;
 };
 } // namespace velmoran::scene

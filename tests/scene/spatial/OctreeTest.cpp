@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 #include <list>
 #include <numeric>
@@ -191,6 +192,33 @@ TEST(OctreeCells, HoldWhatThePlainRuleGivesThem)
             root.calculate(maxDepth, maxPrimitives, elements);
             expectSorted(root, maxDepth, static_cast<std::size_t>(maxPrimitives), elements);
         }
+    }
+}
+
+// Faces that touch planes of cells or nearly do, needles, and all of it tiny or huge.
+TEST(OctreeCells, TellFacesThatTouchWhateverTheScale)
+{
+    for (const int exponent : {-100, -44, 0, 35, 100})
+    {
+        SCOPED_TRACE(exponent);
+        const float scale = std::ldexp(1.0F, exponent);
+        Random random;
+        Elements elements;
+        for (int i = 0; i < 900; ++i)
+        {
+            std::array<Vector3f, 3> corners;
+            for (Vector3f& corner : corners)
+            {
+                corner = (8.0F * random.point(1.0F)).array().round() / 8.0F; // on planes
+                corner += (i % 3 == 0 ? 1e-7F : 0.0F) * random.point(1.0F);
+            }
+            corners[1] = i % 4 == 0 ? corners[0] + 1e-5F * corners[1] : corners[1];
+            elements.push_back(
+                makeFace(scale * corners[0], scale * corners[1], scale * corners[2]));
+        }
+        OctreeNode root(nullptr, {-scale, -scale, -scale}, {scale, scale, scale});
+        root.calculate(3, 10, elements);
+        expectSorted(root, 3, 10, elements);
     }
 }
 
