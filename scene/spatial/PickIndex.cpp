@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <typeinfo>
 
 namespace velmoran::scene
@@ -41,7 +42,11 @@ CellTree sortOuter(const FlatElements& elements, const CellBox& inner, const Cel
             outer.push_back(i);
         }
     }
-    return CellTree(elements, std::move(outer), top, limits);
+    // Without a centre in float arithmetic there are no parts: one cell for all.
+    const bool hasCentre = Vector3f(top.box.min + top.box.max).allFinite();
+    const CellLimits outerLimits = {limits.maxDepth, hasCentre ? limits.maxPrimitives
+                                                               : std::numeric_limits<int>::max()};
+    return CellTree(elements, std::move(outer), top, outerLimits);
 }
 
 /// Where the ray meets the plane of an element, in multiples of its direction.

@@ -473,6 +473,22 @@ TEST_F(PickScene, IsFoundBesideFacesWithoutFiniteBounds)
     }
 }
 
+TEST_F(PickScene, IsFoundWhereCellsHaveNoCentre)
+{
+    std::vector<float> positions;
+    for (int i = 0; i < 6; ++i)
+    {
+        const float z = 1e36F * static_cast<float>(i);
+        positions.insert(positions.end(), {0, 0, z, 2e37F, 0, z, 0, 2e37F, z});
+    }
+    scene.manager->getRoot()->move(3e38F, 3e38F, 3e38F);
+    instance(scene.manager->getRoot(), makeMesh(positions));
+    octree.setSceneNode(scene.manager->getRoot());
+    octree.calculate(3, 2);
+    EXPECT_TRUE(octree.pickNearest(makeRay({3.05e38F, 3.05e38F, 0}, {0, 0, 1})));
+    EXPECT_FALSE(octree.pickNearest(makeRay({3.05e38F, 2.9e38F, 0}, {0, 0, 1})));
+}
+
 TEST_F(PickScene, AsksElementsOfOtherKindsButNoPolygons)
 {
     const MeshPtr mesh = makeMesh({-9, -9, -9, -8, -9, -9, -9, -8, -9, 9, 9, 9, 9, 9, 8, 9, 8, 9});
