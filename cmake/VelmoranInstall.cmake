@@ -2,10 +2,6 @@ include(CMakePackageConfigHelpers)
 
 set(velmoran_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/velmoran_scene)
 
-install(TARGETS velmoran_core velmoran_scene EXPORT velmoran_targets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-
 # Headers that only the libraries' own sources include.
 set(velmoran_private_headers
     core/event/Registry.h
@@ -69,14 +65,21 @@ set(velmoran_private_headers
     scene/spatial/Octants.h
     scene/spatial/PickIndex.h
     scene/spatial/PrefetchElement.h)
-file(GLOB_RECURSE velmoran_headers CONFIGURE_DEPENDS
-    RELATIVE ${PROJECT_SOURCE_DIR} core/*.h scene/*.h)
-list(REMOVE_ITEM velmoran_headers ${velmoran_private_headers})
-foreach(header ${velmoran_headers})
-    get_filename_component(folder ${header} DIRECTORY)
-    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmoran/${folder})
+foreach(short core scene)
+    file(GLOB_RECURSE headers CONFIGURE_DEPENDS
+        RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${short}/*.h)
+    list(REMOVE_ITEM headers ${velmoran_private_headers})
+    list(TRANSFORM headers PREPEND ${PROJECT_SOURCE_DIR}/)
+    target_sources(velmoran_${short} PUBLIC
+        FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers})
 endforeach()
-install(EXPORT velmoran_targets NAMESPACE velmoran:: DESTINATION ${velmoran_package_dir})
+
+install(TARGETS velmoran_core velmoran_scene EXPORT velmoran_targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        COMPONENT runtime NAMELINK_COMPONENT development
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/velmoran COMPONENT development)
+install(EXPORT velmoran_targets NAMESPACE velmoran:: DESTINATION ${velmoran_package_dir}
+    COMPONENT development)
 
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/velmoran_scene-config.cmake.in
     ${PROJECT_BINARY_DIR}/velmoran_scene-config.cmake
@@ -86,4 +89,13 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/velmoran_scene-config-ver
 install(FILES
     ${PROJECT_BINARY_DIR}/velmoran_scene-config.cmake
     ${PROJECT_BINARY_DIR}/velmoran_scene-config-version.cmake
-    DESTINATION ${velmoran_package_dir})
+    DESTINATION ${velmoran_package_dir} COMPONENT development)
+
+# From where the pkg-config files stand to the prefix, so that the package can be moved.
+file(RELATIVE_PATH velmoran_pc_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+foreach(short core scene)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/velmoran_${short}.pc.in
+        ${PROJECT_BINARY_DIR}/velmoran_${short}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/velmoran_${short}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+endforeach()

@@ -20,6 +20,10 @@ function(velmoran_add_library name short)
     # Nobody replaces our functions at load time: calls inside a library need no detour
     # and may be inlined, though the functions are exported.
     target_compile_options(${name} PRIVATE -fno-semantic-interposition)
+    # Nothing but our own classes can be seen from outside.
+    set(symbols ${PROJECT_SOURCE_DIR}/cmake/exported_symbols.map)
+    target_link_options(${name} PRIVATE LINKER:--version-script=${symbols})
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${symbols})
     string(TOUPPER ${short} upper)
     target_compile_definitions(${name} PRIVATE VELMORAN_${upper}_BUILDING)
     target_include_directories(${name} PUBLIC
