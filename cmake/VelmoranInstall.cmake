@@ -38,6 +38,7 @@ set(velmoran_private_headers
     scene/geometry/NormalStorage.h
     scene/geometry/PointLanes.h
     scene/geometry/RoughBoxTest.h
+    scene/geometry/StreamCount.h
     scene/geometry/StreamList.h
     scene/geometry/Subdivision.h
     scene/geometry/TriangleBoxTest.h

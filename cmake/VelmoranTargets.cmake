@@ -1,7 +1,8 @@
 # Settings that every target of this project shares.
 
 # Language level and warnings. Headers of third parties come in as system
-# headers, so that only our own code is held to these warnings.
+# headers, so that only our own code is held to these warnings. They are errors here, but
+# not in a build of somebody else, whose compiler and options may find others.
 function(velmoran_target_defaults target)
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES
@@ -9,7 +10,8 @@ function(velmoran_target_defaults target)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_compile_options(${target} PRIVATE
-        -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+        -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+        $<$<BOOL:${velmoran_scene_IS_TOP_LEVEL}>:-Werror>
         # Clang, which builds the fuzzers, takes both further: to signs, and to enumerators
         # of a class that are named as a variable outside.
         "$<$<CXX_COMPILER_ID:Clang>:-Wno-sign-conversion;-Wno-shadow>")

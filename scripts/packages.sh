@@ -3,4 +3,5 @@
 library_packages=(g++ cmake ninja-build
     libboost-dev libboost-thread-dev libboost-date-time-dev libeigen3-dev)
 example_packages=(libpugixml-dev libcli11-dev nlohmann-json3-dev libpng-dev)
-test_packages=(libgtest-dev libgmock-dev)
+package_packages=(dpkg-dev file)
+test_packages=(libgtest-dev libgmock-dev pkg-config "${package_packages[@]}")

@@ -74,11 +74,13 @@ int main()
     Turns turns;
     core::event::EventBase listener(events);
     listener.registerHandler("SyncScene", [&turns](const core::event::Event&) { turns.count(); });
+    //! [lock]
     {
         const SceneLock lock(scene);
         scene->getAnimationManager()->setTime(boost::posix_time::milliseconds(500));
         scene->getAnimationManager()->resume();
     }
+    //! [lock]
     turns.waitFor(10); // about a tenth of a second
     listener.unregister("SyncScene");
     //! [play]

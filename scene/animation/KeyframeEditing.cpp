@@ -1,7 +1,7 @@
 #include "scene/animation/KeyframeEditing.h"
 
 #include "scene/animation/Sampler.h"
-#include "scene/geometry/Stream.h"
+#include "scene/geometry/StreamCount.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,7 +35,7 @@ void insertFloats(Stream& stream, std::size_t position, const float* floats, std
     std::vector<float>& data = stream.mutableData();
     data.insert(data.begin() + static_cast<std::ptrdiff_t>(std::min(position, data.size())), floats,
                 floats + n);
-    stream.setCount(stream.getCount() + 1);
+    addToCount(stream, 1);
 }
 
 void insertName(Stream& stream, std::size_t index)
@@ -46,7 +46,7 @@ void insertName(Stream& stream, std::size_t index)
     names.resize(names.size() + missing, "LINEAR");
     names.insert(names.begin() + static_cast<std::ptrdiff_t>(index), "LINEAR");
     stream.setNameList(std::move(names));
-    stream.setCount(stream.getCount() + static_cast<int>(missing) + 1);
+    addToCount(stream, missing + 1);
 }
 
 /// Zeros for one key behind the slot of the first key.
@@ -69,7 +69,7 @@ void eraseFloats(const StreamPtr& stream, std::size_t index, std::size_t stride)
     std::vector<float>& data = stream->mutableData();
     const auto first = data.begin() + static_cast<std::ptrdiff_t>(index * stride);
     data.erase(first, first + static_cast<std::ptrdiff_t>(stride));
-    stream->setCount(std::max(stream->getCount() - 1, 0));
+    takeFromCount(*stream);
 }
 
 void eraseTuple(const StreamPtr& stream, std::size_t index)
@@ -89,7 +89,7 @@ void eraseName(const StreamPtr& stream, std::size_t index)
     std::vector<std::string> names = stream->getNameList();
     names.erase(names.begin() + static_cast<std::ptrdiff_t>(index));
     stream->setNameList(std::move(names));
-    stream->setCount(std::max(stream->getCount() - 1, 0));
+    takeFromCount(*stream);
 }
 } // namespace
 

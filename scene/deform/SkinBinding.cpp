@@ -2,7 +2,7 @@
 
 #include "scene/deform/Skin.h"
 #include "scene/deform/WorldMatrices.h"
-#include "scene/geometry/Stream.h"
+#include "scene/geometry/StreamCount.h"
 #include "scene/graph/Node.h"
 
 #include <boost/make_shared.hpp>
@@ -50,7 +50,7 @@ void completeJoints(Skin& skin, const JointFinder& findJoint)
     {
         const StreamPtr replacement = boost::make_shared<Stream>(*joints);
         const std::size_t added = names.size() - joints->getNameList().size();
-        replacement->setCount(joints->getCount() + static_cast<int>(added));
+        addToCount(*replacement, added);
         replacement->setNameList(std::move(names));
         skin.replaceStream(joints, replacement);
     }

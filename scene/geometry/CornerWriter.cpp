@@ -1,7 +1,7 @@
 #include "scene/geometry/CornerWriter.h"
 
 #include "scene/geometry/MeshPrimitiveBase.h"
-#include "scene/geometry/Stream.h"
+#include "scene/geometry/StreamCount.h"
 #include "scene/geometry/Vertex.h"
 #include "scene/geometry/VertexElement.h"
 
@@ -21,7 +21,7 @@ void putTuple(Stream& stream, std::size_t index, const float* values)
     if (present <= index)
     {
         data.resize((index + 1) * width);
-        stream.setCount(stream.getCount() + static_cast<int>(index + 1 - present));
+        addToCount(stream, index + 1 - present);
     }
     std::copy_n(values, width, data.begin() + static_cast<std::ptrdiff_t>(index * width));
 }
