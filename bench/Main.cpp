@@ -1,16 +1,21 @@
-// Runs the benchmarks; see RatioTable for what comes out.
+// Runs the benchmarks; see RatioTable and MarkdownTable for what comes out.
 
+#include "bench/MarkdownTable.h"
 #include "bench/RatioTable.h"
+#include "bench/ResultsReporter.h"
 #include "core/logger/FileWriterFactory.h"
 
 #include <benchmark/benchmark.h>
 
 #include <condition_variable>
 #include <filesystem>
+#include <fstream>
+#include <iostream>
 #include <mutex>
 #include <random>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace
 {
@@ -64,18 +69,89 @@ void openLogsForNobody()
     fs::current_path(here);
     fs::remove_all(logs); // open files live on without a name
 }
+
+/// The options of this program, taken out of those for the benchmark library.
+class Options
+{
+public:
+    Options(int argc, char** argv)
+    {
+        for (int i = 0; i < argc; ++i)
+        {
+            const std::string argument = argv[i];
+            if (argument == "--table")
+            {
+                m_isTable = true;
+            }
+            else if (argument.rfind(GROWTH, 0) == 0)
+            {
+                m_growthFile = argument.substr(GROWTH.size());
+            }
+            else
+            {
+                m_others.push_back(argument);
+            }
+        }
+        if (m_isTable) // in front: what the caller says counts
+        {
+            const std::vector<std::string> mixed = {"--benchmark_repetitions=7",
+                                                    "--benchmark_enable_random_interleaving=true"};
+            m_others.insert(m_others.begin() + 1, mixed.begin(), mixed.end());
+        }
+    }
+
+    bool isTable() const { return m_isTable; }
+    const std::string& growthFile() const { return m_growthFile; }
+
+    /// False when an option is unknown.
+    bool initializeLibrary()
+    {
+        std::vector<char*> arguments;
+        for (std::string& argument : m_others)
+        {
+            arguments.push_back(argument.data());
+        }
+        auto count = static_cast<int>(arguments.size());
+        benchmark::Initialize(&count, arguments.data());
+        return !benchmark::ReportUnrecognizedArguments(count, arguments.data());
+    }
+
+private:
+    const std::string GROWTH = "--growth=";
+
+    bool m_isTable = false;
+    std::string m_growthFile; ///< empty for none
+    std::vector<std::string> m_others;
+};
 } // namespace
 
+/// Options: those of the benchmark library; --table for one table in Markdown, everything else on
+/// the error stream; --growth=FILE for the times of all cases (see RunResults::write).
 int main(int argc, char** argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    using namespace velmoran::bench;
+    Options options(argc, argv);
+    if (!options.initializeLibrary())
     {
         return 1;
     }
     openLogsForNobody();
     const IdleThread idleThread;
-    velmoran::bench::RatioTable table;
-    benchmark::RunSpecifiedBenchmarks(&table);
+    ResultsReporter reporter;
+    reporter.SetOutputStream(options.isTable() ? &std::cerr : &std::cout);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (options.isTable())
+    {
+        MarkdownTable(reporter.results()).print(std::cout);
+    }
+    else
+    {
+        printRatios(std::cout, reporter.results());
+    }
+    if (!options.growthFile().empty())
+    {
+        std::ofstream file(options.growthFile());
+        reporter.results().write(file);
+    }
     return 0;
 }

@@ -6,15 +6,6 @@
 #include "scene/graph/Node.h"
 #include "scene/manager/SceneManager.h"
 
-#ifdef VELMORAN_BENCH_OSG
-#include <osg/CopyOp>
-#include <osg/Group>
-#endif
-
-#ifdef VELMORAN_BENCH_ASSIMP
-#include <assimp/SceneCombiner.h>
-#endif
-
 #include <unordered_set>
 
 namespace velmoran::bench
@@ -22,6 +13,9 @@ namespace velmoran::bench
 namespace
 {
 constexpr auto SIZES = &atNAnd4N<100000>;
+
+/// So few that a search of the whole tree for each node comes to an end.
+constexpr auto FEW = &atNAnd4N<500>;
 
 /// What the scene that is merged into holds.
 enum class Present
@@ -66,6 +60,9 @@ BENCHMARK_CAPTURE(mergeOurs, empty, Present::NOTHING, true)
 BENCHMARK_CAPTURE(mergeOurs, no_clash, Present::OTHER_NODES, true)
     ->Name("merge/ours, no clash")
     ->Apply(SIZES);
+BENCHMARK_CAPTURE(mergeOurs, few, Present::OTHER_NODES, true)
+    ->Name("merge/ours, no clash")
+    ->Apply(FEW);
 BENCHMARK_CAPTURE(mergeOurs, clash, Present::SAME_NODES, true)
     ->Name("merge/ours, every identifier clashes")
     ->Apply(SIZES);
@@ -102,36 +99,5 @@ BENCHMARK_CAPTURE(mergeFlat, no_clash, Present::OTHER_NODES)
 BENCHMARK_CAPTURE(mergeFlat, clash, Present::SAME_NODES)
     ->Name("merge/limit, every identifier clashes")
     ->Apply(SIZES);
-
-#ifdef VELMORAN_BENCH_OSG
-void copyOsg(benchmark::State& state)
-{
-    const OsgNodes incoming = makeOsgNodes(makeFlatTree(state.range(0), "part-"));
-    const osg::ref_ptr<osg::Group> scene = new osg::Group();
-    for (auto _ : state)
-    {
-        scene->addChild(osg::clone(incoming[0].get(), osg::CopyOp::DEEP_COPY_ALL));
-    }
-    require(state, scene->getNumChildren() == 1, "not copied");
-    countItems(state, state.range(0));
-}
-BENCHMARK(copyOsg)->Name("merge/OpenSceneGraph deep copy")->Apply(SIZES);
-#endif
-
-#ifdef VELMORAN_BENCH_ASSIMP
-void copyAssimp(benchmark::State& state)
-{
-    const std::unique_ptr<aiNode> incoming = makeAssimpTree(makeFlatTree(state.range(0), "part-"));
-    aiNode* copy = nullptr;
-    for (auto _ : state)
-    {
-        Assimp::SceneCombiner::Copy(&copy, incoming.get());
-    }
-    const std::unique_ptr<aiNode> owner(copy);
-    require(state, owner && owner->mNumChildren == incoming->mNumChildren, "not copied");
-    countItems(state, state.range(0));
-}
-BENCHMARK(copyAssimp)->Name("merge/Assimp copy")->Apply(SIZES);
-#endif
 } // namespace
 } // namespace velmoran::bench

@@ -11,6 +11,10 @@ namespace velmoran::bench
 std::vector<float> computeFlatNormals(const std::vector<float>& positions,
                                       const std::vector<unsigned int>& indices);
 
+/// Whether all of these unit normals point roughly as those of `computeFlatNormals` do:
+/// others weigh the faces unlike us.
+bool pointAlike(const std::vector<float>& normals, const std::vector<float>& wanted);
+
 /// 250,000 and a million triangles, four times each.
 constexpr auto NORMALS_SIZES = &atNAnd4N<250000, 4>;
 } // namespace velmoran::bench

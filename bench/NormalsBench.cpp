@@ -49,6 +49,18 @@ std::vector<float> computeFlatNormals(const std::vector<float>& positions,
     return normals;
 }
 
+bool pointAlike(const std::vector<float>& normals, const std::vector<float>& wanted)
+{
+    bool isAlike = normals.size() == wanted.size();
+    for (std::size_t i = 0; isAlike && i < wanted.size(); i += 3)
+    {
+        const float* const a = &normals[i];
+        const float* const b = &wanted[i];
+        isAlike = a[0] * b[0] + a[1] * b[1] + a[2] * b[2] > 0.5F;
+    }
+    return isAlike;
+}
+
 namespace
 {
 using namespace velmoran::scene;

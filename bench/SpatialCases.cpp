@@ -17,7 +17,33 @@ using Eigen::Vector3f;
 constexpr float INFINITE = std::numeric_limits<float>::infinity();
 constexpr float PI = 3.14159265F;
 
-/// Akenine-Möller's test in floats; `half` reaches from the centre to the sides.
+/// Möller and Trumbore's test in floats; infinite for a miss.
+float meetsRay(const TrianglePoints& triangle, const RayPoints& ray)
+{
+    const Vector3f edge1 = triangle[1] - triangle[0];
+    const Vector3f edge2 = triangle[2] - triangle[0];
+    const Vector3f p = ray.direction.cross(edge2);
+    const float inverse = 1.0F / edge1.dot(p);
+    const Vector3f offset = ray.origin - triangle[0];
+    const float u = offset.dot(p) * inverse;
+    const Vector3f q = offset.cross(edge1);
+    const float v = ray.direction.dot(q) * inverse;
+    const float t = edge2.dot(q) * inverse;
+    return u >= 0.0F && v >= 0.0F && u + v <= 1.0F && t >= 0.0F ? t : INFINITE;
+}
+
+Vector3f pointOfRing(unsigned int row, unsigned int column, unsigned int rows, unsigned int columns)
+{
+    const float around = 2.0F * PI * static_cast<float>(row % rows) / static_cast<float>(rows);
+    const float turn =
+        2.0F * PI * static_cast<float>(column % columns) / static_cast<float>(columns);
+    const float radius = 0.35F + 0.05F * std::sin(5.0F * around) * std::cos(7.0F * turn) +
+                         0.01F * std::sin(11.0F * around + 37.0F * turn);
+    const float reach = 0.6F + radius * std::cos(around);
+    return {reach * std::cos(turn), reach * std::sin(turn), radius * std::sin(around)};
+}
+} // namespace
+
 bool meetsBox(const TrianglePoints& triangle, const Vector3f& centre, const Vector3f& half)
 {
     const TrianglePoints p = {triangle[0] - centre, triangle[1] - centre, triangle[2] - centre};
@@ -50,33 +76,6 @@ bool meetsBox(const TrianglePoints& triangle, const Vector3f& centre, const Vect
     }
     return true;
 }
-
-/// Möller and Trumbore's test in floats; infinite for a miss.
-float meetsRay(const TrianglePoints& triangle, const RayPoints& ray)
-{
-    const Vector3f edge1 = triangle[1] - triangle[0];
-    const Vector3f edge2 = triangle[2] - triangle[0];
-    const Vector3f p = ray.direction.cross(edge2);
-    const float inverse = 1.0F / edge1.dot(p);
-    const Vector3f offset = ray.origin - triangle[0];
-    const float u = offset.dot(p) * inverse;
-    const Vector3f q = offset.cross(edge1);
-    const float v = ray.direction.dot(q) * inverse;
-    const float t = edge2.dot(q) * inverse;
-    return u >= 0.0F && v >= 0.0F && u + v <= 1.0F && t >= 0.0F ? t : INFINITE;
-}
-
-Vector3f pointOfRing(unsigned int row, unsigned int column, unsigned int rows, unsigned int columns)
-{
-    const float around = 2.0F * PI * static_cast<float>(row % rows) / static_cast<float>(rows);
-    const float turn =
-        2.0F * PI * static_cast<float>(column % columns) / static_cast<float>(columns);
-    const float radius = 0.35F + 0.05F * std::sin(5.0F * around) * std::cos(7.0F * turn) +
-                         0.01F * std::sin(11.0F * around + 37.0F * turn);
-    const float reach = 0.6F + radius * std::cos(around);
-    return {reach * std::cos(turn), reach * std::sin(turn), radius * std::sin(around)};
-}
-} // namespace
 
 std::vector<TrianglePoints> makeRing(std::int64_t triangles)
 {

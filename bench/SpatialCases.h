@@ -1,8 +1,11 @@
 #pragma once
 
+#include "bench/Cases.h"
+
 #include <Eigen/Core>
 
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -24,6 +27,10 @@ constexpr std::size_t RAYS = 100000;
 
 /// Rays from all around through the unit sphere's surface; about half meet the ring.
 std::vector<RayPoints> makeRays();
+
+/// Akenine-Möller's test in floats; `half` reaches from the centre to the sides.
+bool meetsBox(const TrianglePoints& triangle, const Eigen::Vector3f& centre,
+              const Eigen::Vector3f& half);
 
 /// Limits of the cells: of ours and of the flat octree.
 constexpr int MAX_DEPTH = 8;
@@ -66,4 +73,24 @@ private:
 
 /// Of all rays of `makeRays`.
 std::vector<float> nearestDistances(const FlatOctree& octree);
+
+/// Times `nearest`, which answers the distance to what a ray meets first, 0 for nothing, with
+/// all rays; fails the case when it meets others than the flat octree.
+template <typename Nearest>
+void pickAll(benchmark::State& state, const std::vector<TrianglePoints>& ring, Nearest nearest)
+{
+    const std::vector<RayPoints> rays = makeRays();
+    std::vector<float> distances(RAYS);
+    for (auto _ : state)
+    {
+        for (std::size_t i = 0; i < RAYS; ++i)
+        {
+            distances[i] = nearest(rays[i]);
+        }
+        benchmark::DoNotOptimize(distances.data());
+    }
+    const double wanted = sumOf(nearestDistances(FlatOctree(ring)));
+    require(state, std::abs(sumOf(distances) - wanted) < 1e-4 * wanted, "other hits");
+    countItems(state, RAYS);
+}
 } // namespace velmoran::bench

@@ -1,4 +1,4 @@
-// Refining triangle meshes once: another library.
+// Refining triangle meshes once: a library that splits the edges of a half-edge mesh in place.
 
 #include "bench/Cases.h"
 #include "bench/Refinements.h"

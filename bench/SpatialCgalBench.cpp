@@ -1,4 +1,4 @@
-// Sorting triangles into a tree and picking the nearest one: another library.
+// Sorting triangles into a tree and picking the nearest one: a tree of boxes with generic tests.
 
 #include "bench/Cases.h"
 #include "bench/SpatialCases.h"
@@ -73,22 +73,11 @@ void pickCgal(benchmark::State& state)
     const Triangles triangles = makeTriangles(ring);
     Tree tree(triangles.begin(), triangles.end());
     tree.build();
-    std::vector<Kernel::Ray_3> rays;
-    for (const RayPoints& ray : makeRays())
-    {
-        rays.emplace_back(pointOf(ray.origin), pointOf(ray.origin + ray.direction));
-    }
-    std::vector<float> distances(RAYS);
-    for (auto _ : state)
-    {
-        for (std::size_t i = 0; i < RAYS; ++i)
-        {
-            distances[i] = nearest(tree, rays[i]);
-        }
-    }
-    const double wanted = sumOf(nearestDistances(FlatOctree(ring)));
-    require(state, std::abs(sumOf(distances) - wanted) < 1e-4 * wanted, "other hits");
-    countItems(state, RAYS);
+    pickAll(state, ring,
+            [&](const RayPoints& ray) {
+                return nearest(
+                    tree, Kernel::Ray_3(pointOf(ray.origin), pointOf(ray.origin + ray.direction)));
+            });
 }
 BENCHMARK(pickCgal)->Name("pick/CGAL AABB_tree nearest hit")->Apply(SIZES);
 } // namespace
