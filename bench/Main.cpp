@@ -94,7 +94,7 @@ public:
         }
         if (m_isTable) // in front: what the caller says counts
         {
-            const std::vector<std::string> mixed = {"--benchmark_repetitions=7",
+            const std::vector<std::string> mixed = {"--benchmark_repetitions=5",
                                                     "--benchmark_enable_random_interleaving=true"};
             m_others.insert(m_others.begin() + 1, mixed.begin(), mixed.end());
         }

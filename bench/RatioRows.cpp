@@ -102,7 +102,10 @@ const std::vector<RatioRow> ROWS = {
     {"combined matrices/ours, one by one", "combined matrices/OpenSceneGraph node paths", 100000, 0,
      0},
     {"deep copy/ours, node by node", "deep copy/limit", 100000, 0, 0},
-    {"deep copy/ours, node by node", "deep copy/OpenSceneGraph", 100000, 1, 6.5},
+    {"deep copy/ours, node by node", "deep copy/OpenSceneGraph", 100000, 1, 6.5,
+     "Callgrind counts some 2,100 instructions for each node against 1,900: ours also makes a new "
+     "identifier (270) and asks whether anyone listens to the addition (310). A node takes 592 "
+     "bytes against 504."},
     {"deep copy/ours, node by node", "deep copy/Assimp", 100000, 0, 0},
     {"deep copy/ours, by mergeSceneGraph", "deep copy/OpenSceneGraph", 100000, 0, 6.5},
     {"merge/ours, no clash", "merge/limit, no clash", 100000, 0, 0},
