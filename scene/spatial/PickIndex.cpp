@@ -18,6 +18,8 @@ namespace
 {
 using Eigen::Vector3f;
 
+constexpr int WORTHWHILE_TRIANGLES = 8; ///< to test in one cell
+
 /// The triangles that are not within the top cell, in cells around them.
 CellTree sortOuter(const FlatElements& elements, const CellBox& inner, const CellLimits& limits)
 {
@@ -42,11 +44,12 @@ CellTree sortOuter(const FlatElements& elements, const CellBox& inner, const Cel
             outer.push_back(i);
         }
     }
-    // Without a centre in float arithmetic there are no parts: one cell for all.
+    // Nobody sees these cells: those of few triangles are not worth their memory. Without a
+    // centre in float arithmetic there are no parts: one cell for all.
     const bool hasCentre = Vector3f(top.box.min + top.box.max).allFinite();
-    const CellLimits outerLimits = {limits.maxDepth, hasCentre ? limits.maxPrimitives
-                                                               : std::numeric_limits<int>::max()};
-    return CellTree(elements, std::move(outer), top, outerLimits);
+    const int mostTriangles = hasCentre ? std::max(limits.maxPrimitives, WORTHWHILE_TRIANGLES)
+                                        : std::numeric_limits<int>::max();
+    return CellTree(elements, std::move(outer), top, {limits.maxDepth, mostTriangles});
 }
 
 /// Where the ray meets the plane of an element, in multiples of its direction.
