@@ -13,6 +13,7 @@ set(velmoran_private_headers
     scene/animation/EvaluatedPose.h
     scene/animation/KeyClock.h
     scene/animation/KeyTimes.h
+    scene/animation/KeyInsertion.h
     scene/animation/KeyframeEditing.h
     scene/animation/ListTrack.h
     scene/animation/MatrixKeys.h
@@ -54,11 +55,15 @@ set(velmoran_private_headers
     scene/graph/TransformationFolding.h
     scene/graph/TransformationValues.h
     scene/manager/AvatarMorphing.h
+    scene/manager/GeometryUsers.h
+    scene/manager/IdentifierRegister.h
     scene/manager/JointReplacement.h
     scene/manager/NodeIndex.h
     scene/manager/NodeTable.h
+    scene/manager/SceneAttempt.h
     scene/manager/SceneGraphMerger.h
     scene/manager/SceneWorker.h
+    scene/manager/StreamUsers.h
     scene/spatial/Bits.h
     scene/spatial/CellSearch.h
     scene/spatial/CellTree.h

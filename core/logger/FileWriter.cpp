@@ -47,8 +47,16 @@ void FileWriter::write(std::string message)
     }
     // Decorating under the lock keeps the time stamps in the file in order.
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const std::string text = m_decorator ? m_decorator->decorate(message) : std::move(message);
-    std::fwrite(text.data(), 1, text.size(), m_file);
+    std::string text = m_decorator ? m_decorator->decorate(message) : std::move(message);
+    if (m_isCutOff)
+    {
+        text.insert(text.begin(), '\n');
+    }
+    const std::size_t written = std::fwrite(text.data(), 1, text.size(), m_file);
+    if (written != 0)
+    {
+        m_isCutOff = written < text.size();
+    }
 }
 
 void FileWriter::flush() {}

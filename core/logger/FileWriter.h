@@ -12,7 +12,8 @@ namespace velmoran::core::logger
 ///
 /// Each message is handed to the operating system whole, in one call and at the
 /// file's end, so that other writers and processes may append to the same file.
-/// What the file can't take (a full disk) is dropped; nothing is thrown.
+/// What the file can't take (a full disk) is dropped; nothing is thrown. When there is room
+/// again, the next message begins on a line of its own.
 class VELMORAN_CORE_EXPORT FileWriter : public IWriter
 {
 public:
@@ -30,8 +31,9 @@ public:
     void setDecorator(boost::shared_ptr<IDecorator> decorator) override;
 
 private:
-    std::mutex m_mutex; ///< guards m_decorator; held while it decorates and m_file is written
+    std::mutex m_mutex; ///< guards what follows; held while a message is decorated and written
     IDecoratorPtr m_decorator;
+    bool m_isCutOff = false; ///< the file ends with the beginning of a message
     std::FILE* const m_file; ///< owned, unbuffered; null when the file can't be opened
 };
 } // namespace velmoran::core::logger

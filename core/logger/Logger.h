@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <new>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -16,7 +17,8 @@ namespace velmoran::core::logger
 /// Hands messages to its writers.
 ///
 /// A message is one call of `operator<<`: join it in full, begin it with
-/// "[INFO] ", "[WARN] " or "[ERROR] ", and end it without a line end.
+/// "[INFO] ", "[WARN] " or "[ERROR] ", and end it without a line end. One for which there
+/// is no memory is dropped.
 ///
 /// Ownership: shares its writers. Constructing a logger and adding writers opens
 ///     nothing and is cheap.
@@ -52,6 +54,9 @@ private:
     bool isWriting() const;
     void write(std::string_view message);
 
+    template <typename T>
+    void format(const T& value);
+
     std::mutex m_mutex;                ///< guards m_writers; held while a message is written
     std::vector<IWriterPtr> m_writers; ///< in the order added, none empty
     std::atomic<bool> m_enabled;
@@ -64,6 +69,19 @@ Logger& Logger::operator<<(const T& value)
     {
         return *this;
     }
+    try
+    {
+        format(value);
+    }
+    catch (const std::bad_alloc&) // whoever logs has more important things to finish
+    {
+    }
+    return *this;
+}
+
+template <typename T>
+void Logger::format(const T& value)
+{
     if constexpr (std::is_convertible_v<const T&, std::string_view> && !std::is_pointer_v<T>)
     {
         write(value);
@@ -74,6 +92,5 @@ Logger& Logger::operator<<(const T& value)
         text << value;
         write(text.str());
     }
-    return *this;
 }
 } // namespace velmoran::core::logger

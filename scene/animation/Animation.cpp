@@ -1,7 +1,9 @@
 #include "scene/animation/Animation.h"
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/animation/AnimationWalk.h"
 #include "scene/animation/ChannelTarget.h"
+#include "scene/animation/KeyInsertion.h"
 #include "scene/animation/KeyframeEditing.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
@@ -14,6 +16,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <new>
 #include <unordered_set>
 
 namespace velmoran::scene
@@ -29,7 +32,14 @@ void releaseAll(std::vector<AnimationPtr>& children)
 {
     if (pendingChildren)
     {
-        std::move(children.begin(), children.end(), std::back_inserter(*pendingChildren));
+        try
+        {
+            core::utils::makeRoom(*pendingChildren, children.size());
+            std::move(children.begin(), children.end(), std::back_inserter(*pendingChildren));
+        }
+        catch (const std::bad_alloc&) // they go with their list then, on the stack
+        {
+        }
         return;
     }
     pendingChildren = &children;
@@ -179,8 +189,34 @@ void Animation::addAnimation(const AnimationPtr& child)
 {
     if (child && child.get() != this)
     {
-        m_childAnimations.push_back(child);
+        core::utils::makeRoom(m_childAnimations);
         rememberTarget(child);
+        m_childAnimations.push_back(child);
+        m_revision.moveOn();
+    }
+}
+
+std::size_t Animation::getChildAnimationCount() const
+{
+    return m_childAnimations.size();
+}
+
+void Animation::removeChildAnimationsFrom(std::size_t count)
+{
+    while (m_childAnimations.size() > count)
+    {
+        const AnimationPtr removed = std::move(m_childAnimations.back());
+        m_childAnimations.pop_back();
+        // A key of the table would have to be made.
+        const auto entry =
+            std::find_if(m_childrenByTarget.begin(), m_childrenByTarget.end(),
+                         [&removed](const auto& one) { return one.second == removed.get(); });
+        if (entry != m_childrenByTarget.end() &&
+            std::find(m_childAnimations.begin(), m_childAnimations.end(), removed) ==
+                m_childAnimations.end())
+        {
+            m_childrenByTarget.erase(entry);
+        }
         m_revision.moveOn();
     }
 }
@@ -208,10 +244,17 @@ boost::posix_time::time_duration Animation::getDuration() const
     boost::posix_time::time_duration result;
     for (const Animation* const animation : childrenFirst(*this))
     {
-        for (const Channel& channel : animation->m_channels)
-        {
-            result = std::max(result, timeOfLastKey(channel.first));
-        }
+        result = std::max(result, animation->getOwnDuration());
+    }
+    return result;
+}
+
+boost::posix_time::time_duration Animation::getOwnDuration() const
+{
+    boost::posix_time::time_duration result;
+    for (const Channel& channel : m_channels)
+    {
+        result = std::max(result, timeOfLastKey(channel.first));
     }
     return result;
 }
@@ -266,19 +309,22 @@ void Animation::insertKeyFrame(const NodePtr& node, float time)
         return;
     }
     const NodePtr kept = node;
-    if (kept->getOriginalTransformations().empty())
-    {
-        const auto matrix = boost::make_shared<TransformationMatrix>();
-        matrix->setSid("transform");
-        kept->addTransformation(matrix);
-    }
+    KeyInsertion insertion(*this);
     for (const ITransformationPtr& transformation : kept->getOriginalTransformations())
     {
         if (transformation->getType() == ITransformation::MATRIX)
         {
-            insertTransformations(kept, transformation, time);
+            insertion.prepare(kept, transformation);
         }
     }
+    if (kept->getOriginalTransformations().empty())
+    {
+        const auto matrix = boost::make_shared<TransformationMatrix>();
+        matrix->setSid("transform");
+        insertion.prepare(kept, matrix);
+        kept->addTransformation(matrix);
+    }
+    insertion.apply(time);
 }
 
 void Animation::insertTransformations(const NodePtr& node, const ITransformationPtr& transformation,
@@ -286,9 +332,9 @@ void Animation::insertTransformations(const NodePtr& node, const ITransformation
 {
     if (node && transformation && std::isfinite(time))
     {
-        const std::string target = node->getID() + "/" + transformation->getSid();
-        insertKey(*getChannel(node->getID(), target, transformation), time,
-                  node->getTransformations());
+        KeyInsertion insertion(*this);
+        insertion.prepare(node, transformation);
+        insertion.apply(time);
     }
 }
 
@@ -296,12 +342,17 @@ void Animation::removeKeyFrame(float time)
 {
     for (Animation* const animation : childrenFirst(*this))
     {
-        for (const Channel& channel : animation->m_channels)
+        animation->removeOwnKeyFrame(time);
+    }
+}
+
+void Animation::removeOwnKeyFrame(float time)
+{
+    for (const Channel& channel : m_channels)
+    {
+        if (!channel.first || !removeKey(*channel.first, time))
         {
-            if (!channel.first || !removeKey(*channel.first, time))
-            {
-                break;
-            }
+            break;
         }
     }
 }

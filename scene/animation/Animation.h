@@ -71,6 +71,10 @@ public:
 
     /// The children in the order of adding.
     std::vector<AnimationPtr> getChildAnimations() const;
+    std::size_t getChildAnimationCount() const;
+
+    /// Removes the children behind the first `count`. Needs no memory.
+    void removeChildAnimationsFrom(std::size_t count);
 
     // The whole tree. An animation that is listed more than once counts once.
 
@@ -80,6 +84,9 @@ public:
     /// whatever order they stand. One that is not a number does not count. Linear in the
     /// number of channels.
     boost::posix_time::time_duration getDuration() const;
+
+    /// The same of the channels here alone. Needs no memory.
+    boost::posix_time::time_duration getOwnDuration() const;
 
     /// Whether the poses of the target nodes can be keyed as they are. A node is valid
     /// when its list holds a matrix, or neither scale nor translate and at most one
@@ -125,6 +132,9 @@ public:
     /// through in order up to the first one that has no such key; those behind it stay
     /// as they are. Linear in the number of keys.
     void removeKeyFrame(float time);
+
+    /// The same here alone. Needs no memory.
+    void removeOwnKeyFrame(float time);
 
     // Settings
 

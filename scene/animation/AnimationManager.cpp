@@ -46,10 +46,11 @@ void AnimationManager::attach(boost::shared_ptr<SceneManager> scene)
 
 void AnimationManager::setAnimation(const AnimationPtr& animation)
 {
+    const Duration duration = animation ? animation->getDuration() : Duration();
+    setUpAnimation(animation);
     m_animation = animation;
     m_warnings->clear();
-    m_loopDuration = animation ? animation->getDuration() : Duration();
-    setUpAnimation(m_animation);
+    m_loopDuration = duration;
 }
 
 AnimationPtr AnimationManager::getAnimation() const

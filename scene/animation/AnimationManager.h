@@ -232,10 +232,16 @@ public:
     void addAnimationCamera();
 
 private:
+    using BaseMatrices = std::map<NodePtr, Eigen::Matrix4f>; ///< identity where there is no entry
+
     bool movePlayhead(const Duration& elapsed);
     bool writePoses(const SceneManagerPtr& scene);
-    const Eigen::Matrix4f* setUpNode(const NodePtr& node,
-                                     const std::vector<ChannelBinding>& channels);
+    void insertKeys(Animation& animation, const std::vector<NodePtr>& nodes, float time);
+    void removeKeys(const std::vector<Animation*>& animations, float time);
+    static const Eigen::Matrix4f* setUpNode(const NodePtr& node,
+                                            const std::vector<ChannelBinding>& channels,
+                                            TargetedTransformations& targets,
+                                            BaseMatrices& baseMatrices);
     PlaybackPlan& preparePlan(const SceneManagerPtr& scene);
 
     boost::weak_ptr<SceneManager> m_sceneManager;
@@ -243,8 +249,8 @@ private:
     Duration m_loopDuration;
     Duration m_timeTarget;
     TargetedTransformations m_targetedTransformations;
-    std::map<NodePtr, Eigen::Matrix4f> m_baseMatrices; ///< identity where there is no entry
-    std::vector<float> m_frameTimes;                   ///< seconds, in the order of insertion
+    BaseMatrices m_baseMatrices;
+    std::vector<float> m_frameTimes; ///< seconds, in the order of insertion
     bool m_paused = false;
     bool m_smooth = false;
     AnimationPtr m_animation;

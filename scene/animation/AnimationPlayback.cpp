@@ -1,5 +1,6 @@
 // Turns of the worker, and evaluation, of `AnimationManager`.
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/animation/Animation.h"
 #include "scene/animation/AnimationManager.h"
 #include "scene/animation/ChannelBinding.h"
@@ -98,11 +99,16 @@ bool AnimationManager::update(time_duration elapsed)
 {
     // The animation comes first: until one is set, `attach` may be going on.
     const SceneManagerPtr scene = m_animation ? m_sceneManager.lock() : SceneManagerPtr();
-    if (!scene || !movePlayhead(elapsed.is_special() ? time_duration() : elapsed))
-    {
-        return false;
-    }
-    return writePoses(scene);
+    core::utils::UndoUnlessKept undo(
+        [this, time = m_currentTime, refresh = m_refresh]
+        {
+            m_currentTime = time;
+            m_refresh = refresh;
+        });
+    const bool written = scene && movePlayhead(elapsed.is_special() ? time_duration() : elapsed) &&
+                         writePoses(scene);
+    undo.keep();
+    return written;
 }
 
 /// Whether there is anything to evaluate at the new place.
@@ -173,6 +179,7 @@ bool AnimationManager::writePoses(const SceneManagerPtr& scene)
 /// The plan of the current animation, which is not empty, for the scene as it is now.
 PlaybackPlan& AnimationManager::preparePlan(const SceneManagerPtr& scene)
 {
+    core::utils::UndoUnlessKept undo([this] { m_plan.reset(); }); // it may be half made
     if (!m_plan)
     {
         m_plan = std::make_unique<PlaybackPlan>(m_animation);
@@ -180,34 +187,38 @@ PlaybackPlan& AnimationManager::preparePlan(const SceneManagerPtr& scene)
     m_plan->update(
         scene,
         [this](const NodePtr& node, const std::vector<ChannelBinding>& channels)
-        { return setUpNode(node, channels); },
+        { return setUpNode(node, channels, m_targetedTransformations, m_baseMatrices); },
         *m_warnings);
+    undo.keep();
     return *m_plan;
 }
 
 void AnimationManager::setUpAnimation(const AnimationPtr& animation)
 {
-    m_plan.reset(); // it refers to the base matrices
-    m_targetedTransformations.clear();
-    m_baseMatrices.clear();
+    TargetedTransformations targets;
+    BaseMatrices baseMatrices;
     const SceneManagerPtr scene = m_sceneManager.lock();
-    if (!animation || !scene)
+    if (animation && scene)
     {
-        return;
+        ChannelBinder binder(*scene, {}, nullptr);
+        binder.bind(*animation);
+        for (const auto& [node, channels] : binder.getBindings())
+        {
+            setUpNode(node, channels, targets, baseMatrices);
+        }
     }
-    ChannelBinder binder(*scene, {}, nullptr);
-    binder.bind(*animation);
-    for (const auto& [node, channels] : binder.getBindings())
-    {
-        setUpNode(node, channels);
-    }
+    m_plan.reset(); // it refers to the base matrices
+    m_targetedTransformations.swap(targets);
+    m_baseMatrices.swap(baseMatrices);
 }
 
 /// Enters what playback drives of a node, and answers its base matrix; null for none.
 const Eigen::Matrix4f* AnimationManager::setUpNode(const NodePtr& node,
-                                                   const std::vector<ChannelBinding>& channels)
+                                                   const std::vector<ChannelBinding>& channels,
+                                                   TargetedTransformations& targets,
+                                                   BaseMatrices& baseMatrices)
 {
-    std::vector<std::string>& sids = m_targetedTransformations[node];
+    std::vector<std::string>& sids = targets[node];
     for (const ChannelBinding& channel : channels)
     {
         if (std::find(sids.begin(), sids.end(), channel.sid) == sids.end())
@@ -217,10 +228,10 @@ const Eigen::Matrix4f* AnimationManager::setUpNode(const NodePtr& node,
     }
     if (!isDrivenByMatrix(channels) || channels.front().entry == 0)
     {
-        m_baseMatrices.erase(node);
+        baseMatrices.erase(node);
         return nullptr;
     }
-    Eigen::Matrix4f& base = m_baseMatrices[node];
+    Eigen::Matrix4f& base = baseMatrices[node];
     base = productOfFirst(node->getOriginalTransformations(), channels.front().entry);
     return &base;
 }

@@ -1,5 +1,6 @@
 #include "scene/animation/KeyframeEditing.h"
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/StreamCount.h"
 
@@ -41,11 +42,10 @@ void insertFloats(Stream& stream, std::size_t position, const float* floats, std
 void insertName(Stream& stream, std::size_t index)
 {
     // A key without a name is linear, too.
-    std::vector<std::string> names = stream.getNameList();
+    std::vector<std::string>& names = stream.mutableNameList();
     const std::size_t missing = index - std::min(names.size(), index);
     names.resize(names.size() + missing, "LINEAR");
     names.insert(names.begin() + static_cast<std::ptrdiff_t>(index), "LINEAR");
-    stream.setNameList(std::move(names));
     addToCount(stream, missing + 1);
 }
 
@@ -55,8 +55,10 @@ void insertTangent(Stream& stream)
     const auto stride = static_cast<std::size_t>(std::max(stream.getStride(), 0));
     if (stride != 0)
     {
-        const std::vector<float> zeros(stride, 0.0F);
-        insertFloats(stream, stride, zeros.data(), stride);
+        std::vector<float>& data = stream.mutableData();
+        data.insert(data.begin() + static_cast<std::ptrdiff_t>(std::min(stride, data.size())),
+                    stride, 0.0F);
+        addToCount(stream, 1);
     }
 }
 
@@ -86,12 +88,42 @@ void eraseName(const StreamPtr& stream, std::size_t index)
     {
         return;
     }
-    std::vector<std::string> names = stream->getNameList();
+    std::vector<std::string>& names = stream->mutableNameList();
     names.erase(names.begin() + static_cast<std::ptrdiff_t>(index));
-    stream->setNameList(std::move(names));
     takeFromCount(*stream);
 }
 } // namespace
+
+void makeRoomForKeys(const Sampler& sampler, std::size_t count)
+{
+    const StreamPtr times = sampler.getStreamBySemantic(Sampler::INPUT);
+    if (!holdsKeyTimes(times))
+    {
+        return;
+    }
+    core::utils::makeRoom(times->mutableData(), count);
+    const StreamPtr values = sampler.getStreamBySemantic(Sampler::OUTPUT);
+    if (values)
+    {
+        core::utils::makeRoom(values->mutableData(), MATRIX_SIZE * count);
+    }
+    const StreamPtr names = sampler.getStreamBySemantic(Sampler::INTERPOLATION);
+    if (names)
+    {
+        std::vector<std::string>& list = names->mutableNameList();
+        const std::size_t keys = times->getData().size();
+        core::utils::makeRoom(list, count + keys - std::min(keys, list.size()));
+    }
+    for (const Sampler::Semantic tangent : {Sampler::IN_TANGENT, Sampler::OUT_TANGENT})
+    {
+        const StreamPtr stream = sampler.getStreamBySemantic(tangent);
+        if (stream && stream->getStride() > 0)
+        {
+            core::utils::makeRoom(stream->mutableData(),
+                                  count * static_cast<std::size_t>(stream->getStride()));
+        }
+    }
+}
 
 void insertKey(const Sampler& sampler, float time, const Eigen::Matrix4f& matrix)
 {

@@ -112,6 +112,18 @@ void Skin::replaceStream(const StreamPtr& current, const StreamPtr& stream)
     std::replace(std::begin(m_inputs), std::end(m_inputs), replaced, kept);
 }
 
+Skin::Binding Skin::getBinding() const
+{
+    return {m_bindShapeMatrix, m_streams, m_inputs};
+}
+
+void Skin::restoreBinding(Binding binding)
+{
+    m_bindShapeMatrix = binding.bindShapeMatrix;
+    m_streams.swap(binding.streams);
+    m_inputs.swap(binding.inputs);
+}
+
 const std::vector<unsigned int>& Skin::getVCount() const
 {
     return m_vcount;

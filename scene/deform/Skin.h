@@ -5,6 +5,7 @@
 
 #include <Eigen/Core>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -83,6 +84,20 @@ public:
     /// not listed twice.
     void replaceStream(const StreamPtr& current, const StreamPtr& stream);
 
+    /// What binds a mesh to joints: the bind shape matrix, the list of streams and which of
+    /// them are the inputs.
+    struct Binding
+    {
+        Eigen::Matrix4f bindShapeMatrix;
+        std::vector<StreamPtr> streams;
+        std::array<StreamPtr, 4> inputs; ///< as `getBinding` gives them
+    };
+
+    Binding getBinding() const;
+
+    /// Replaces the binding by one that `getBinding` of this skin gave. Needs no memory.
+    void restoreBinding(Binding binding);
+
     // Influences
 
     /// The number of influences of each vertex.
@@ -131,7 +146,7 @@ private:
     IGeometryPtr m_sourceGeometry;
     std::vector<StreamPtr> m_streams; ///< none empty
     Eigen::Matrix4f m_bindShapeMatrix;
-    StreamPtr m_inputs[INPUT_COUNT]; ///< each a member of m_streams, or empty
+    std::array<StreamPtr, INPUT_COUNT> m_inputs; ///< each a member of m_streams, or empty
     std::vector<unsigned int> m_vcount;
     std::vector<int> m_v;
 };

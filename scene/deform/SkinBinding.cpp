@@ -19,13 +19,13 @@ using RowByRow = Eigen::Matrix<float, 4, 4, Eigen::RowMajor>;
 
 constexpr std::size_t MATRIX_SIZE = 16;
 
-/// Puts a copy of `stream` with other matrices in its place.
-void replaceMatrices(Skin& skin, const StreamPtr& stream, std::vector<float> rows)
+/// A copy of `stream` with other matrices.
+StreamPtr withMatrices(const Stream& stream, std::vector<float> rows)
 {
-    const StreamPtr replacement = boost::make_shared<Stream>(*stream);
+    StreamPtr replacement = boost::make_shared<Stream>(stream);
     replacement->setCount(static_cast<int>(rows.size() / MATRIX_SIZE));
     replacement->setData(std::move(rows));
-    skin.replaceStream(stream, replacement);
+    return replacement;
 }
 
 /// Adds the joints of the vertex weights that the joints input lacks, and that are nodes.
@@ -57,12 +57,13 @@ void completeJoints(Skin& skin, const JointFinder& findJoint)
 }
 } // namespace
 
-void scaleInJointFrames(Skin& skin, const std::unordered_map<std::string, Eigen::Vector3f>& scales)
+StreamReplacement scaleInJointFrames(const Skin& skin,
+                                     const std::unordered_map<std::string, Eigen::Vector3f>& scales)
 {
     const StreamPtr matrices = skin.getJointsInput("INV_BIND_MATRIX");
     if (!matrices)
     {
-        return;
+        return StreamReplacement();
     }
     const std::vector<std::string>& names = namesIn(skin.getJointsInput("JOINT"));
     std::vector<float> rows = matrices->getData();
@@ -76,7 +77,7 @@ void scaleInJointFrames(Skin& skin, const std::unordered_map<std::string, Eigen:
             matrix.topRows<3>() = (scale->second.asDiagonal() * matrix.topRows<3>()).eval();
         }
     }
-    replaceMatrices(skin, matrices, std::move(rows));
+    return {matrices, withMatrices(*matrices, std::move(rows))};
 }
 
 void bindToPose(Skin& skin, const JointFinder& findJoint, WorldMatrices& worlds,
@@ -103,6 +104,6 @@ void bindToPose(Skin& skin, const JointFinder& findJoint, WorldMatrices& worlds,
             matrix = affineInverse(worlds.of(*joint)).cast<float>();
         }
     }
-    replaceMatrices(skin, matrices, std::move(rows));
+    skin.replaceStream(matrices, withMatrices(*matrices, std::move(rows)));
 }
 } // namespace velmoran::scene

@@ -7,15 +7,22 @@
 
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 namespace velmoran::scene
 {
+/// A stream of a skin, and the one that is to take its place; both empty if none is.
+using StreamReplacement = std::pair<StreamPtr, StreamPtr>;
+
 /// Scales what joints carry along the axes of their frames: B becomes diag(scale) * B, for an
 /// inverse bind matrix B that takes points into the frame of its joint. By joint name; joints
 /// without an entry keep their matrix.
 ///
-/// The skin gets a new stream of matrices, whoever shares the old one keeps that.
-void scaleInJointFrames(Skin& skin, const std::unordered_map<std::string, Eigen::Vector3f>& scales);
+/// The skin stays as it is until its stream of matrices is replaced; whoever shares the old one
+/// keeps that.
+StreamReplacement
+scaleInJointFrames(const Skin& skin,
+                   const std::unordered_map<std::string, Eigen::Vector3f>& scales);
 
 /// Binds a skin to the present pose, so that vertices in world space stay where they are.
 ///

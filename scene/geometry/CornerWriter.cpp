@@ -1,5 +1,6 @@
 #include "scene/geometry/CornerWriter.h"
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/StreamCount.h"
 #include "scene/geometry/Vertex.h"
@@ -49,7 +50,8 @@ bool CornerWriter::prepareStreams(const std::vector<VertexPtr>& corners, bool sh
     {
         for (const VertexPtr& corner : corners)
         {
-            if (!corner || !prepareStreams(*corner, wantsPosition, shareEqualValues))
+            if (!corner ||
+                !prepareStreams(*corner, wantsPosition, shareEqualValues, corners.size()))
             {
                 return false;
             }
@@ -58,19 +60,50 @@ bool CornerWriter::prepareStreams(const std::vector<VertexPtr>& corners, bool sh
     return true;
 }
 
-bool CornerWriter::prepareStreams(const Vertex& corner, bool wantsPosition, bool shareEqualValues)
+bool CornerWriter::prepareStreams(const Vertex& corner, bool wantsPosition, bool shareEqualValues,
+                                  std::size_t count)
 {
     for (unsigned int i = 0; i < corner.getElementCount(); ++i)
     {
         const VertexElementPtr element = corner.getElementAt(i);
         const bool isPosition = element->semantic == POSITION;
-        if (isPosition == wantsPosition &&
-            !m_primitive.validateStreamStateForVertexElement(element, shareEqualValues))
+        if (isPosition != wantsPosition)
+        {
+            continue;
+        }
+        const StreamPtr stream =
+            m_primitive.validateStreamStateForVertexElement(element, shareEqualValues);
+        if (!stream)
         {
             return false;
         }
+        makeRoom(element->semantic, *stream, count);
     }
     return true;
+}
+
+/// Lets `stream` have room for `count` more tuples, as `fillRecord` stores them.
+void CornerWriter::makeRoom(StreamSemantic semantic, Stream& stream, std::size_t count) const
+{
+    if (semantic == POSITION ||
+        findStreamMapping(m_primitive.getStreamMapping(), semantic) != nullptr)
+    {
+        stream.makeRoom(count);
+        return;
+    }
+    // Its tuples stand beside the positions: those that it lacks become zeros.
+    const StreamPtr positions = m_primitive.getStreamBySemantic(POSITION);
+    if (positions && positions->getStride() > 0 && stream.getStride() > 0)
+    {
+        const std::size_t tuples =
+            positions->getData().size() / static_cast<std::size_t>(positions->getStride()) + count;
+        const std::size_t floats = tuples * static_cast<std::size_t>(stream.getStride());
+        const std::vector<float>& data = stream.getData();
+        if (data.capacity() < floats)
+        {
+            core::utils::makeRoom(stream.mutableData(), floats - data.size());
+        }
+    }
 }
 
 bool CornerWriter::fillRecord(const Vertex& corner, std::vector<unsigned int>& record)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "scene/Forward.h"
+#include "scene/geometry/StreamSemantic.h"
 
 #include <vector>
 
@@ -19,7 +20,8 @@ public:
                  std::vector<float>& bvMax);
 
     /// Asks for every stream that the corners need, those of the positions first, so
-    /// that a new `VERTEX` input has the first slot. False when a stream or a corner is
+    /// that a new `VERTEX` input has the first slot, and lets each have room for the
+    /// corners: filling records needs no memory. False when a stream or a corner is
     /// missing.
     bool prepareStreams(const std::vector<VertexPtr>& corners, bool shareEqualValues);
 
@@ -36,7 +38,9 @@ private:
         bool isNew = false; ///< whether the tuple was not there before
     };
 
-    bool prepareStreams(const Vertex& corner, bool wantsPosition, bool shareEqualValues);
+    bool prepareStreams(const Vertex& corner, bool wantsPosition, bool shareEqualValues,
+                        std::size_t count);
+    void makeRoom(StreamSemantic semantic, Stream& stream, std::size_t count) const;
     bool storePosition(const VertexElement& element, std::vector<unsigned int>& record,
                        PositionPlace& place);
     bool storeValue(const VertexElement& element, const PositionPlace& place,

@@ -1,14 +1,18 @@
 #include "scene/geometry/GeometryManager.h"
 
+#include "core/event/EventManager.h"
 #include "core/logger/BasicDecorator.h"
 #include "core/logger/FileWriterFactory.h"
 #include "core/logger/IWriter.h"
+#include "core/utils/AllOrNothing.h"
 #include "scene/EventTypes.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+#include <new>
 #include <set>
 #include <utility>
 
@@ -19,33 +23,20 @@ namespace
 /// How many of a mesh's own primitives hold it.
 long countHoldingPrimitives(const Mesh& mesh)
 {
-    std::set<const MeshPrimitiveBase*> holders; // a primitive may stand in the list twice
-    for (const IMeshPrimitivePtr& primitive : mesh.getMeshPrimitives())
+    // A primitive may stand in the list twice. Lists are short, and what goes when memory
+    // has run out must not ask for more.
+    const std::vector<IMeshPrimitivePtr>& primitives = mesh.getMeshPrimitives();
+    long holders = 0;
+    for (auto primitive = primitives.begin(); primitive != primitives.end(); ++primitive)
     {
-        const auto* base = dynamic_cast<const MeshPrimitiveBase*>(primitive.get());
-        if (base != nullptr && base->getMesh().get() == &mesh)
+        const auto* base = dynamic_cast<const MeshPrimitiveBase*>(primitive->get());
+        if (base != nullptr && base->getMesh().get() == &mesh &&
+            std::find(primitives.begin(), primitive, *primitive) == primitive)
         {
-            holders.insert(base);
+            ++holders;
         }
     }
-    return static_cast<long>(holders.size());
-}
-
-/// Clears the primitives of a mesh that only `last` and these primitives hold. Returns
-/// false when somebody else holds the geometry.
-bool letGo(const IGeometryPtr& last)
-{
-    auto* mesh = dynamic_cast<Mesh*>(last.get());
-    const long holders = mesh != nullptr ? countHoldingPrimitives(*mesh) : 0;
-    if (last.use_count() > 1 + holders)
-    {
-        return false;
-    }
-    if (mesh != nullptr)
-    {
-        mesh->clearPrimitives();
-    }
-    return true;
+    return holders;
 }
 } // namespace
 
@@ -61,29 +52,55 @@ GeometryManager::GeometryManager(const core::event::EventManagerPtr& eventManage
 
 GeometryManager::~GeometryManager()
 {
-    // One handle of each geometry, also of those that were added under two IDs.
-    std::set<IGeometryPtr> held;
-    for (const auto& [id, geometry] : m_geometries)
-    {
-        held.insert(geometry);
-    }
-    m_geometries.clear();
+    keepOneHandleOfEach();
 
     // A mesh that is held by a primitive of another one is free when that one is.
     std::size_t before = 0;
     do
     {
-        before = held.size();
-        for (auto geometry = held.begin(); geometry != held.end();)
+        before = m_geometries.size();
+        for (auto entry = m_geometries.begin(); entry != m_geometries.end();)
         {
-            geometry = letGo(*geometry) ? held.erase(geometry) : std::next(geometry);
+            entry = letGoOf(entry->second) ? m_geometries.erase(entry) : std::next(entry);
         }
-    } while (held.size() < before);
+    } while (m_geometries.size() < before);
+}
+
+/// Empties the other entries of geometries that were added under several IDs.
+void GeometryManager::keepOneHandleOfEach()
+{
+    try
+    {
+        std::set<const IGeometry*> met;
+        for (auto& [id, geometry] : m_geometries)
+        {
+            if (!met.insert(geometry.get()).second)
+            {
+                geometry.reset();
+            }
+        }
+    }
+    catch (const std::bad_alloc&) // such a one may stay allocated then
+    {
+    }
 }
 
 bool GeometryManager::addGeometry(const IGeometryPtr& geometry)
 {
     return geometry && m_geometries.try_emplace(geometry->getID(), geometry).second;
+}
+
+bool GeometryManager::removeGeometry(const std::string& id)
+{
+    const auto entry = m_geometries.find(id);
+    if (entry == m_geometries.end())
+    {
+        return false;
+    }
+    IGeometryPtr removed = std::move(entry->second);
+    m_geometries.erase(entry);
+    letGo(std::move(removed));
+    return true;
 }
 
 IGeometryPtr GeometryManager::getGeometry(const std::string& id) const
@@ -130,7 +147,6 @@ std::vector<std::string> GeometryManager::replaceGeometry(const std::string& id,
     {
         return symbols;
     }
-    geometry->setID(entry->second->getID());
     const auto* mesh = dynamic_cast<const Mesh*>(geometry.get());
     if (mesh != nullptr && entry->second->getType() == IGeometry::MESH)
     {
@@ -139,6 +155,7 @@ std::vector<std::string> GeometryManager::replaceGeometry(const std::string& id,
             symbols.push_back(primitive->getMaterialSymbol());
         }
     }
+    geometry->setID(entry->second->getID());
     letGo(std::exchange(entry->second, geometry));
     return symbols;
 }
@@ -152,31 +169,35 @@ GeometryManager::mergeGeometries(const boost::shared_ptr<GeometryManager>& other
     {
         return renamed;
     }
-    GeometryMap incoming = collectIncoming(other->m_geometries, discardRepeated, renamed);
-    for (const auto& [id, geometry] : incoming)
-    {
-        if (!m_geometries.try_emplace(id, geometry).second)
+    GeometryMap incoming;
+    // What is left at the end: those whose ID is taken; all, if memory runs out before.
+    const core::utils::UndoUnlessKept letGoOfTheRest(
+        [&incoming]
         {
-            letGo(geometry);
-        }
-    }
-    m_logger << "[INFO] Added " + std::to_string(incoming.size()) + " new geometries";
+            for (auto& [id, geometry] : incoming)
+            {
+                letGo(std::exchange(geometry, IGeometryPtr()));
+            }
+        });
+    collectIncoming(other->m_geometries, discardRepeated, renamed, incoming);
+    const std::string message =
+        "[INFO] Added " + std::to_string(incoming.size()) + " new geometries";
+    m_geometries.merge(incoming);
+    m_logger << message;
     return renamed;
 }
 
 /// What a merge adds unless its ID is taken: other libraries' geometries or clones.
-GeometryManager::GeometryMap
-GeometryManager::collectIncoming(const GeometryMap& others, bool discardRepeated,
-                                 std::map<std::string, std::string>& renamed)
+void GeometryManager::collectIncoming(const GeometryMap& others, bool discardRepeated,
+                                      std::map<std::string, std::string>& renamed,
+                                      GeometryMap& incoming)
 {
-    GeometryMap incoming;
     for (const auto& [id, geometry] : others)
     {
         if (m_geometries.count(id) == 0)
         {
             // A clone that was renamed to this ID gives way.
-            const IGeometryPtr replaced = std::exchange(incoming[id], geometry);
-            letGo(replaced);
+            letGo(std::exchange(incoming[id], geometry));
             continue;
         }
         if (discardRepeated)
@@ -185,13 +206,33 @@ GeometryManager::collectIncoming(const GeometryMap& others, bool discardRepeated
             continue;
         }
         const std::string newID = id + "__renamed__";
-        const IGeometryPtr copy = geometry->clone();
+        IGeometryPtr& copy = incoming[newID];
+        copy = geometry->clone();
         copy->setID(newID);
-        incoming[newID] = copy;
         renamed[id] = newID;
         m_logger << "[INFO] Found repeated geometry ID. Renamed geometry " + id + " to " + newID;
     }
-    return incoming;
+}
+
+bool GeometryManager::letGo(IGeometryPtr last)
+{
+    return letGoOf(last);
+}
+
+/// As `letGo`, of a handle that stays: it is the last one, too.
+bool GeometryManager::letGoOf(const IGeometryPtr& last)
+{
+    auto* mesh = dynamic_cast<Mesh*>(last.get());
+    const long holders = mesh != nullptr ? countHoldingPrimitives(*mesh) : 0;
+    if (last.use_count() > 1 + holders)
+    {
+        return false;
+    }
+    if (mesh != nullptr)
+    {
+        mesh->clearPrimitives();
+    }
+    return true;
 }
 
 void GeometryManager::recalculateVertexNormals(const std::string& id)
@@ -200,7 +241,7 @@ void GeometryManager::recalculateVertexNormals(const std::string& id)
     if (geometry)
     {
         geometry->recalculateVertexNormals();
-        triggerEvent(events::geometryTopologyUpdate().getName(), id);
+        announceChange(id);
     }
 }
 
@@ -210,6 +251,15 @@ void GeometryManager::subDivideGeometry(const std::string& id, const ControllerP
     if (geometry)
     {
         geometry->subDivide(controller);
+        announceChange(id);
+    }
+}
+
+void GeometryManager::announceChange(const std::string& id)
+{
+    const core::event::EventManagerPtr manager = getEventManager();
+    if (manager && manager->hasListeners(events::geometryTopologyUpdate()))
+    {
         triggerEvent(events::geometryTopologyUpdate().getName(), id);
     }
 }

@@ -33,6 +33,14 @@ public:
     /// ID is taken.
     bool addGeometry(const IGeometryPtr& geometry);
 
+    /// Drops `last` and frees its geometry, if nobody else holds that but primitives of its
+    /// own, which hold it in a circle. False when somebody does.
+    static bool letGo(IGeometryPtr last);
+
+    /// Takes a geometry out of the library. Who uses it keeps it; one that nobody else
+    /// holds is freed with its primitives. False, with nothing done, for an unknown ID.
+    bool removeGeometry(const std::string& id);
+
     /// The geometry under `id`; empty when there is none.
     IGeometryPtr getGeometry(const std::string& id) const;
 
@@ -74,8 +82,11 @@ public:
 private:
     using GeometryMap = std::map<std::string, IGeometryPtr>; ///< no handle is empty
 
-    GeometryMap collectIncoming(const GeometryMap& others, bool discardRepeated,
-                                std::map<std::string, std::string>& renamed);
+    static bool letGoOf(const IGeometryPtr& last);
+    void keepOneHandleOfEach();
+    void announceChange(const std::string& id);
+    void collectIncoming(const GeometryMap& others, bool discardRepeated,
+                         std::map<std::string, std::string>& renamed, GeometryMap& incoming);
 
     GeometryMap m_geometries;
     core::logger::Logger m_logger;

@@ -39,6 +39,7 @@ void InstanceGeometry::setMaterial(const std::string& symbol, const MaterialPtr&
     {
         return;
     }
+    m_materialList.reserve(m_materialMap.size()); // nothing fails from here on
     const auto found = m_materialMap.find(symbol);
     if (found != m_materialMap.end())
     {
@@ -54,7 +55,8 @@ const InstanceGeometry::MaterialMap& InstanceGeometry::getMaterialMap() const
 
 void InstanceGeometry::setMaterialMap(const MaterialMap& bindings)
 {
-    m_materialMap = bindings;
+    MaterialMap kept = bindings;
+    m_materialMap.swap(kept);
 }
 
 const std::vector<MaterialPtr>& InstanceGeometry::getMaterialList() const
@@ -64,11 +66,19 @@ const std::vector<MaterialPtr>& InstanceGeometry::getMaterialList() const
 
 void InstanceGeometry::assembleMaterialsList()
 {
+    m_materialList.reserve(m_materialMap.size());
     m_materialList.clear();
     for (const auto& [symbol, material] : m_materialMap)
     {
         m_materialList.push_back(material);
     }
+}
+
+void InstanceGeometry::exchange(InstanceGeometry& other)
+{
+    m_geometry.swap(other.m_geometry);
+    m_materialMap.swap(other.m_materialMap);
+    m_materialList.swap(other.m_materialList);
 }
 
 std::string InstanceGeometry::toString() const

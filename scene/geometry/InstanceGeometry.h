@@ -48,6 +48,9 @@ public:
     /// Makes the materials list from the bindings.
     void assembleMaterialsList();
 
+    /// Exchanges geometry, bindings and list with `other`. Needs no memory.
+    void exchange(InstanceGeometry& other);
+
     /// "Instance Geometry for Geometry with ID: ", the geometry's ID and a line end.
     std::string toString() const;
 

@@ -1,5 +1,6 @@
 #include "scene/geometry/Mesh.h"
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/geometry/MeshPrimitiveBase.h"
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/StreamList.h"
@@ -10,6 +11,16 @@
 
 namespace velmoran::scene
 {
+namespace
+{
+bool hasSemantic(const std::vector<StreamMapping>& mappings, StreamSemantic semantic)
+{
+    return std::any_of(mappings.begin(), mappings.end(),
+                       [semantic](const StreamMapping& present)
+                       { return present.getSemantic() == semantic; });
+}
+} // namespace
+
 Mesh::Mesh(std::string id, std::string name)
     : m_id(std::move(id)),
       m_name(std::move(name)),
@@ -64,6 +75,7 @@ void Mesh::print()
 IGeometryPtr Mesh::clone() const
 {
     const MeshPtr copy = boost::make_shared<Mesh>(m_id, m_name);
+    core::utils::UndoUnlessKept undo([&copy] { copy->clearPrimitives(); }); // they hold it
     for (const StreamPtr& stream : m_streams)
     {
         copy->addStream(stream->clone());
@@ -73,6 +85,7 @@ IGeometryPtr Mesh::clone() const
     {
         copy->addPrimitive(primitive->clone(copy));
     }
+    undo.keep();
     return copy;
 }
 
@@ -146,10 +159,7 @@ void Mesh::replaceStream(const StreamPtr& current, const StreamPtr& stream)
 
 void Mesh::addVerticesMapping(const StreamMapping& mapping)
 {
-    const bool isPresent = std::any_of(m_vertices.begin(), m_vertices.end(),
-                                       [&mapping](const StreamMapping& present)
-                                       { return present.getSemantic() == mapping.getSemantic(); });
-    if (!isPresent)
+    if (!hasSemantic(m_vertices, mapping.getSemantic()))
     {
         m_vertices.push_back(mapping);
         m_hasCurrentBV = false;
@@ -163,17 +173,38 @@ const std::vector<StreamMapping>& Mesh::getVertices() const
 
 void Mesh::setVertices(const std::vector<StreamMapping>& vertices)
 {
-    const std::vector<StreamMapping> mappings = vertices; // may be this mesh's own list
-    clearVertices();
-    for (const StreamMapping& mapping : mappings)
+    std::vector<StreamMapping> kept;
+    kept.reserve(vertices.size());
+    for (const StreamMapping& mapping : vertices)
     {
-        addVerticesMapping(mapping);
+        if (!hasSemantic(kept, mapping.getSemantic()))
+        {
+            kept.push_back(mapping);
+        }
     }
+    m_vertices.swap(kept);
+    m_hasCurrentBV = false;
+}
+
+void Mesh::takeStreams(std::vector<StreamPtr> streams, std::vector<StreamMapping> vertices)
+{
+    m_streams.swap(streams);
+    m_vertices.swap(vertices);
+    m_hasCurrentBV = false;
 }
 
 void Mesh::clearVertices()
 {
     m_vertices.clear();
+    m_hasCurrentBV = false;
+}
+
+void Mesh::cutStreamsTo(std::size_t streams, std::size_t vertices)
+{
+    const auto at = [](auto& list, std::size_t count)
+    { return list.begin() + static_cast<std::ptrdiff_t>(std::min(count, list.size())); };
+    m_streams.erase(at(m_streams, streams), m_streams.end());
+    m_vertices.erase(at(m_vertices, vertices), m_vertices.end());
     m_hasCurrentBV = false;
 }
 

@@ -125,11 +125,18 @@ public:
 
     /// Replaces the list; of several mappings of a semantic the first one is kept.
     void setVertices(const std::vector<StreamMapping>& vertices);
+
+    /// Replaces the list of streams and the vertices list, which are as their setters leave
+    /// them: without empty handles and repeated semantics. Needs no memory.
+    void takeStreams(std::vector<StreamPtr> streams, std::vector<StreamMapping> vertices);
     void clearVertices();
 
     /// The ID of the vertices list as an element of its own.
     const std::string& getVerticesID() const;
     void setVerticesID(const std::string& id);
+
+    /// Removes the streams and vertices mappings behind the first ones. Needs no memory.
+    void cutStreamsTo(std::size_t streams, std::size_t vertices);
 
     // Primitives
 

@@ -3,6 +3,7 @@
 #include "core/logger/BasicDecorator.h"
 #include "core/logger/ConsoleWriter.h"
 #include "core/logger/FileWriterFactory.h"
+#include "core/utils/AllOrNothing.h"
 #include "scene/geometry/CornerWriter.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
@@ -189,6 +190,41 @@ void MeshPrimitiveBase::setFaces(std::vector<StreamMapping> mapping,
     m_indexStream = std::move(indices);
 }
 
+/// The streams and inputs that are made for a primitive, removed unless they are kept.
+class MeshPrimitiveBase::NewStreams
+{
+public:
+    explicit NewStreams(MeshPrimitiveBase& primitive)
+        : m_primitive(primitive), m_inputs(primitive.m_streamMapping.size())
+    {
+        const Mesh* const mesh = primitive.m_mesh.get();
+        m_streams = mesh != nullptr ? mesh->getStreams().size() : 0;
+        m_vertices = mesh != nullptr ? mesh->getVertices().size() : 0;
+    }
+
+    ~NewStreams()
+    {
+        if (!m_isKept && m_primitive.m_mesh)
+        {
+            std::vector<StreamMapping>& inputs = m_primitive.m_streamMapping;
+            inputs.erase(inputs.begin() + static_cast<std::ptrdiff_t>(m_inputs), inputs.end());
+            m_primitive.m_mesh->cutStreamsTo(m_streams, m_vertices);
+        }
+    }
+
+    NewStreams(const NewStreams&) = delete;
+    NewStreams& operator=(const NewStreams&) = delete;
+
+    void keep() { m_isKept = true; }
+
+private:
+    MeshPrimitiveBase& m_primitive;
+    std::size_t m_inputs;
+    std::size_t m_streams = 0;
+    std::size_t m_vertices = 0;
+    bool m_isKept = false;
+};
+
 StreamPtr MeshPrimitiveBase::validateStreamStateForVertexElement(const VertexElementPtr& element,
                                                                  bool shareEqualValues)
 {
@@ -203,14 +239,18 @@ StreamPtr MeshPrimitiveBase::validateStreamStateForVertexElement(const VertexEle
     {
         return getStreamBySemantic(semantic);
     }
+    NewStreams made(*this);
     if (semantic == POSITION)
     {
-        return createPositionStream(element->size, shareEqualValues);
+        StreamPtr positions = createPositionStream(element->size, shareEqualValues);
+        made.keep();
+        return positions;
     }
-    const StreamPtr stream =
+    StreamPtr stream =
         createStream(streamSemanticToString(semantic) + "_stream", element->size, shareEqualValues);
     const int slot = static_cast<int>(calculateIndexStreamStride());
     m_streamMapping.emplace_back(semantic, stream, slot);
+    made.keep();
     return stream;
 }
 
@@ -269,11 +309,15 @@ void MeshPrimitiveBase::addTuple(const StreamMapping& mapping, std::size_t index
 bool MeshPrimitiveBase::appendCorners(const std::vector<VertexPtr>& corners, bool shareEqualValues)
 {
     CornerWriter writer(*this, m_bvMin, m_bvMax);
-    if (!writer.prepareStreams(corners, shareEqualValues))
+    NewStreams made(*this);
+    const bool isPrepared = writer.prepareStreams(corners, shareEqualValues);
+    std::vector<unsigned int> record(calculateIndexStreamStride());
+    core::utils::makeRoom(m_indexStream, corners.size() * record.size());
+    made.keep(); // nothing fails from here on for want of memory
+    if (!isPrepared)
     {
         return false;
     }
-    std::vector<unsigned int> record(calculateIndexStreamStride());
     for (const VertexPtr& corner : corners)
     {
         std::fill(record.begin(), record.end(), 0u);

@@ -125,6 +125,8 @@ private:
     void initLogger();
     const StreamMapping* findVerticesMapping(StreamSemantic semantic) const;
     int locate(StreamSemantic semantic, bool wantsOffset) const;
+    class NewStreams;
+
     StreamPtr createStream(const std::string& id, int stride, bool shareEqualValues);
     StreamPtr createPositionStream(int stride, bool shareEqualValues);
 };

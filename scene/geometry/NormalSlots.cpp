@@ -17,10 +17,11 @@ std::size_t placeOf(const TriangleMeshPrimitive& primitive, StreamSemantic seman
 }
 
 /// The index records of a primitive.
+template <typename Entries>
 struct Records
 {
-    explicit Records(TriangleMeshPrimitive& primitive)
-        : entries(primitive.mutableIndexStream()),
+    Records(const TriangleMeshPrimitive& primitive, Entries& indices)
+        : entries(indices),
           width(primitive.getIndexStreamStride()),
           position(placeOf(primitive, VERTEX)),
           normal(placeOf(primitive, NORMAL))
@@ -38,133 +39,123 @@ struct Records
         }
     }
 
-    std::vector<unsigned int>& entries;
+    Entries& entries;
     std::size_t width;
     std::size_t position; ///< slot
     std::size_t normal;   ///< slot
 };
+
+// Marks in place of tuples, which are counted by records and therefore less.
+constexpr unsigned int UNSEEN = std::numeric_limits<unsigned int>::max();
+constexpr unsigned int UNORDERED = UNSEEN - 1;
 } // namespace
 
-/// Numbers normals in the order in which records first name their positions. One with a NaN
-/// equals nothing, not even itself: it gets a number for each record.
-class NormalSlots::Numbers
-{
-public:
-    explicit Numbers(const std::vector<float>& normals)
-        : m_normals(normals), m_numbers(normals.size() / 3, UNSEEN)
-    {
-    }
-
-    bool has(unsigned int position) const { return position < m_numbers.size(); }
-
-    /// The number of a position that is there. Counts up when it is a new one.
-    unsigned int get(unsigned int position)
-    {
-        unsigned int& number = m_numbers[position];
-        if (number == UNSEEN)
-        {
-            const float* const normal = getNormal(position);
-            const bool isOrdered = std::equal(normal, normal + 3, normal);
-            number = isOrdered ? m_count : UNORDERED;
-            return m_count++;
-        }
-        return number == UNORDERED ? m_count++ : number;
-    }
-
-    unsigned int count() const { return m_count; }
-
-    const float* getNormal(unsigned int position) const
-    {
-        return &m_normals[3 * std::size_t(position)];
-    }
-
-private:
-    // Marks in place of numbers, which are counted by records and therefore less.
-    static constexpr unsigned int UNSEEN = std::numeric_limits<unsigned int>::max();
-    static constexpr unsigned int UNORDERED = UNSEEN - 1;
-
-    const std::vector<float>& m_normals;
-    std::vector<unsigned int> m_numbers; ///< of each position
-    unsigned int m_count = 0;
-};
-
-NormalSlots::NormalSlots(const std::vector<float>& normals) : m_normals(normals) {}
-
-void NormalSlots::write(const std::vector<TriangleMeshPrimitive*>& primitives, Stream& target) const
+NormalSlots::NormalSlots(const std::vector<float>& normals,
+                         const std::vector<TriangleMeshPrimitive*>& primitives, Stream& target)
+    : m_primitives(primitives)
 {
     // A place behind the record is one of a later record: what is written there may be read
     // as a position, and the other way round.
     const bool areApart =
         std::all_of(primitives.begin(), primitives.end(),
-                    [](TriangleMeshPrimitive* primitive)
+                    [](const TriangleMeshPrimitive* primitive)
                     {
-                        const Records records(*primitive);
+                        const Records records(*primitive, primitive->getIndexStream());
                         return records.normal < records.width && records.position < records.width;
                     });
     if (areApart)
     {
-        writeTogether(primitives, target);
+        number(normals, target);
     }
     else
     {
-        writeOneByOne(primitives, target);
+        writeOneByOne(normals, target);
     }
 }
 
-void NormalSlots::writeTogether(const std::vector<TriangleMeshPrimitive*>& primitives,
-                                Stream& target) const
+/// Numbers normals in the order in which records first name their positions, inserts them in
+/// that order, and makes tuples of the numbers. One with a NaN equals nothing, not even
+/// itself: it gets a tuple for each record.
+void NormalSlots::number(const std::vector<float>& normals, Stream& target)
 {
-    Numbers numbers(m_normals);
+    m_tuples.assign(normals.size() / 3, UNSEEN);
     std::vector<float> values; // by number
-    for (TriangleMeshPrimitive* const primitive : primitives)
+    unsigned int count = 0;
+    const auto add = [&](unsigned int position)
     {
-        Records(*primitive)
+        const float* const normal = &normals[3 * std::size_t(position)];
+        values.insert(values.end(), normal, normal + 3);
+        return count++;
+    };
+    for (const TriangleMeshPrimitive* const primitive : m_primitives)
+    {
+        Records(*primitive, primitive->getIndexStream())
             .forEach(
-                [&](unsigned int position, unsigned int& normal)
+                [&](unsigned int position, unsigned int)
                 {
-                    if (!numbers.has(position))
+                    if (position >= m_tuples.size() || m_tuples[position] < UNORDERED)
                     {
                         return;
                     }
-                    const unsigned int before = numbers.count();
-                    normal = numbers.get(position);
-                    if (numbers.count() != before)
+                    const float* const normal = &normals[3 * std::size_t(position)];
+                    if (std::equal(normal, normal + 3, normal))
                     {
-                        const float* const value = numbers.getNormal(position);
-                        values.insert(values.end(), value, value + 3);
+                        m_tuples[position] = add(position);
+                        return;
                     }
+                    m_tuples[position] = UNORDERED;
+                    m_unordered.push_back(add(position));
                 });
     }
     const std::vector<int> tuples = target.insertValues(std::move(values));
-    for (TriangleMeshPrimitive* const primitive : primitives)
+    for (std::vector<unsigned int>* const numbers : {&m_tuples, &m_unordered})
     {
-        Records(*primitive)
-            .forEach(
-                [&](unsigned int position, unsigned int& normal)
-                {
-                    if (numbers.has(position))
-                    {
-                        normal = static_cast<unsigned int>(tuples[normal]);
-                    }
-                });
+        for (unsigned int& entry : *numbers)
+        {
+            entry = entry < UNORDERED ? static_cast<unsigned int>(tuples[entry]) : entry;
+        }
     }
 }
 
-void NormalSlots::writeOneByOne(const std::vector<TriangleMeshPrimitive*>& primitives,
-                                Stream& target) const
+void NormalSlots::writeOneByOne(const std::vector<float>& normals, Stream& target)
 {
-    const std::size_t positions = m_normals.size() / 3;
-    for (TriangleMeshPrimitive* const primitive : primitives)
+    const std::size_t positions = normals.size() / 3;
+    for (const TriangleMeshPrimitive* const primitive : m_primitives)
     {
-        Records(*primitive)
+        m_indices.push_back(primitive->getIndexStream());
+        Records(*primitive, m_indices.back())
             .forEach(
                 [&](unsigned int position, unsigned int& normal)
                 {
                     if (position < positions)
                     {
                         const int tuple =
-                            target.insertValue(3, &m_normals[3 * std::size_t(position)]);
+                            target.insertValue(3, &normals[3 * std::size_t(position)]);
                         normal = static_cast<unsigned int>(tuple);
+                    }
+                });
+    }
+}
+
+void NormalSlots::publish()
+{
+    std::size_t unordered = 0;
+    for (std::size_t i = 0; i < m_primitives.size(); ++i)
+    {
+        std::vector<unsigned int>& indices = m_primitives[i]->mutableIndexStream();
+        if (!m_indices.empty())
+        {
+            indices.swap(m_indices[i]);
+            continue;
+        }
+        Records(*m_primitives[i], indices)
+            .forEach(
+                [&](unsigned int position, unsigned int& normal)
+                {
+                    if (position < m_tuples.size())
+                    {
+                        const unsigned int tuple = m_tuples[position];
+                        normal = tuple == UNORDERED ? m_unordered[unordered++] : tuple;
                     }
                 });
     }

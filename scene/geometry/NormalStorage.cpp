@@ -55,41 +55,6 @@ private:
     std::set<StreamPtr> m_streams;
 };
 
-StreamPtr addStream(Mesh& mesh, const std::string& id)
-{
-    const StreamPtr stream = boost::make_shared<Stream>(id, 3, false);
-    mesh.addStream(stream);
-    return stream;
-}
-
-/// Stores normals with the vertices: in the stream that the vertices list has for them, else
-/// in a new one.
-void storeWithVertices(Mesh& mesh, const OtherStreams& others, std::vector<float> normals)
-{
-    const StreamMapping* const present = findStreamMapping(mesh.getVertices(), NORMAL);
-    StreamPtr stream = present != nullptr ? others.leaveOut(present->getStream()) : StreamPtr();
-    if (!stream)
-    {
-        stream = addStream(mesh, "VM_Calculated_Normals");
-        std::vector<StreamMapping> vertices = mesh.getVertices();
-        if (present == nullptr)
-        {
-            vertices.emplace_back(NORMAL, stream, 0);
-        }
-        else
-        {
-            vertices[static_cast<std::size_t>(present - mesh.getVertices().data())].setStream(
-                stream);
-        }
-        mesh.setVertices(vertices);
-    }
-    if (stream->getStride() != 3)
-    {
-        stream->setStride(3);
-    }
-    stream->setData(std::move(normals));
-}
-
 /// Primitives whose own normals stand in the same stream, which is empty if there is none or
 /// if it must be left out.
 struct OwnNormals
@@ -120,27 +85,113 @@ std::vector<OwnNormals> groupByStream(const std::vector<TriangleMeshPrimitive*>&
     return groups;
 }
 
-/// Stores normals in the slots that primitives have for them: in a new stream for each of
-/// those that there are.
-void storeInSlots(Mesh& mesh, const std::vector<OwnNormals>& groups,
-                  const std::vector<float>& normals)
+/// New normals of a mesh; nothing of it changes before `publish`.
+class NewNormals
 {
-    const NormalSlots slots(normals);
+public:
+    explicit NewNormals(Mesh& mesh)
+        : m_mesh(mesh), m_streams(mesh.getStreams()), m_vertices(mesh.getVertices())
+    {
+    }
+
+    /// In the slots that primitives have for them: in a new stream for each of those that
+    /// there are.
+    void storeInSlots(const std::vector<OwnNormals>& groups, const std::vector<float>& normals);
+
+    /// With the vertices: in the stream that the vertices list has for them, else in a new one.
+    void storeWithVertices(const OtherStreams& others, std::vector<float> normals);
+
+    /// Needs no memory.
+    void publish();
+
+private:
+    StreamPtr addStream(const std::string& id);
+
+    struct NewInputs
+    {
+        TriangleMeshPrimitive* primitive;
+        std::vector<StreamMapping> inputs;
+    };
+
+    Mesh& m_mesh;
+    std::vector<StreamPtr> m_streams;
+    std::vector<StreamMapping> m_vertices;
+    std::vector<NormalSlots> m_slots;
+    std::vector<NewInputs> m_inputs;
+    StreamPtr m_shared; ///< with the vertices
+    std::vector<float> m_sharedNormals;
+};
+
+StreamPtr NewNormals::addStream(const std::string& id)
+{
+    StreamPtr stream = boost::make_shared<Stream>(id, 3, false);
+    m_streams.push_back(stream);
+    return stream;
+}
+
+void NewNormals::storeInSlots(const std::vector<OwnNormals>& groups,
+                              const std::vector<float>& normals)
+{
+    m_slots.reserve(groups.size());
     for (const OwnNormals& group : groups)
     {
-        mesh.removeStream(group.stream);
-        const StreamPtr stream =
-            addStream(mesh, group.stream ? group.stream->getID() : "NORMAL_stream");
-        slots.write(group.primitives, *stream);
+        const auto before = std::find(m_streams.begin(), m_streams.end(), group.stream);
+        if (before != m_streams.end())
+        {
+            m_streams.erase(before);
+        }
+        const StreamPtr stream = addStream(group.stream ? group.stream->getID() : "NORMAL_stream");
+        m_slots.emplace_back(normals, group.primitives, *stream);
         for (TriangleMeshPrimitive* const primitive : group.primitives)
         {
             std::vector<StreamMapping> inputs = primitive->getStreamMapping();
             inputs[static_cast<std::size_t>(findOwnNormals(*primitive) -
                                             primitive->getStreamMapping().data())]
                 .setStream(stream);
-            primitive->setStreamMapping(std::move(inputs));
+            m_inputs.push_back({primitive, std::move(inputs)});
         }
     }
+}
+
+void NewNormals::storeWithVertices(const OtherStreams& others, std::vector<float> normals)
+{
+    const StreamMapping* const present = findStreamMapping(m_vertices, NORMAL);
+    m_shared = present != nullptr ? others.leaveOut(present->getStream()) : StreamPtr();
+    m_sharedNormals = std::move(normals);
+    if (m_shared)
+    {
+        return;
+    }
+    m_shared = addStream("VM_Calculated_Normals");
+    if (present == nullptr)
+    {
+        m_vertices.emplace_back(NORMAL, m_shared, 0);
+    }
+    else
+    {
+        m_vertices[static_cast<std::size_t>(present - m_vertices.data())].setStream(m_shared);
+    }
+}
+
+void NewNormals::publish()
+{
+    for (NormalSlots& slots : m_slots)
+    {
+        slots.publish();
+    }
+    for (NewInputs& entry : m_inputs)
+    {
+        entry.primitive->setStreamMapping(std::move(entry.inputs));
+    }
+    if (m_shared)
+    {
+        if (m_shared->getStride() != 3)
+        {
+            m_shared->setStride(3);
+        }
+        m_shared->setData(std::move(m_sharedNormals));
+    }
+    m_mesh.takeStreams(std::move(m_streams), std::move(m_vertices));
 }
 } // namespace
 
@@ -148,17 +199,19 @@ void storeNormals(Mesh& mesh, const std::vector<TriangleMeshPrimitive*>& primiti
                   std::vector<float> normals)
 {
     const OtherStreams others(mesh);
+    NewNormals newNormals(mesh);
     const bool hasShared = findStreamMapping(mesh.getVertices(), NORMAL) != nullptr;
     const bool lacksOwn = std::any_of(primitives.begin(), primitives.end(),
                                       [](const TriangleMeshPrimitive* primitive)
                                       { return findOwnNormals(*primitive) == nullptr; });
     if (!hasShared)
     {
-        storeInSlots(mesh, groupByStream(primitives, others), normals);
+        newNormals.storeInSlots(groupByStream(primitives, others), normals);
     }
     if (hasShared || lacksOwn)
     {
-        storeWithVertices(mesh, others, std::move(normals));
+        newNormals.storeWithVertices(others, std::move(normals));
     }
+    newNormals.publish();
 }
 } // namespace velmoran::scene

@@ -1,5 +1,6 @@
 #include "scene/geometry/PolygonMeshPrimitive.h"
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/geometry/Polygon.h"
 #include "scene/geometry/Vertex.h"
 
@@ -119,6 +120,7 @@ VertexPtr PolygonMeshPrimitive::assembleVertex(std::size_t recordStart) const
 bool PolygonMeshPrimitive::addPolygon(const PolygonPtr& polygon, bool shareEqualValues)
 {
     const std::size_t start = m_indexStream.size();
+    core::utils::makeRoom(m_polygonStream);
     if (!polygon || start > std::numeric_limits<unsigned int>::max() ||
         !appendCorners(polygon->getVertices(), shareEqualValues))
     {

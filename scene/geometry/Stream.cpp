@@ -121,6 +121,12 @@ void Stream::setNameList(std::vector<std::string> names)
     m_revision.moveOn();
 }
 
+std::vector<std::string>& Stream::mutableNameList()
+{
+    m_revision.moveOn();
+    return m_nameList;
+}
+
 const core::utils::Revision& Stream::getRevision() const
 {
     return m_revision;

@@ -60,6 +60,10 @@ public:
     /// An empty stream without duplicates takes over the memory of `values`.
     std::vector<int> insertValues(std::vector<float> values);
 
+    /// Lets the next `tuples` insertions succeed without memory, as long as nothing else is
+    /// changed. Insertions in a row stay fast.
+    void makeRoom(std::size_t tuples);
+
     const std::string& getID() const;
     void setID(const std::string& id);
 
@@ -96,6 +100,9 @@ public:
     const std::vector<std::string>& getNameList() const;
     void addName(const std::string& name);
     void setNameList(std::vector<std::string> names);
+
+    /// The names for editing in place, as `mutableData`.
+    std::vector<std::string>& mutableNameList();
 
     /// Moves on with every change of anything above but the ID.
     const core::utils::Revision& getRevision() const;

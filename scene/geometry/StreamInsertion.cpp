@@ -2,6 +2,8 @@
 
 #include "scene/geometry/Stream.h"
 
+#include "core/utils/AllOrNothing.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -89,6 +91,13 @@ std::vector<int> Stream::insertValues(std::vector<float> values)
     const std::size_t count = width != 0 ? values.size() / width : 0;
     const std::size_t before = width != 0 ? getTupleCount() : 0;
     std::vector<int> indices(count);
+    core::utils::UndoUnlessKept undo(
+        [this, size = m_data.size(), tuples = m_count]
+        {
+            m_data.resize(size);
+            m_count = tuples;
+            dropIndex();
+        });
     if (m_allowDuplicates || count <= linearLimit || m_data.size() != before * width ||
         count > maxTuples - before)
     {
@@ -96,6 +105,7 @@ std::vector<int> Stream::insertValues(std::vector<float> values)
         {
             indices[i] = insertValue(m_stride, &values[i * width]);
         }
+        undo.keep();
         return indices;
     }
     updateIndex(before, 0, before);
@@ -109,7 +119,23 @@ std::vector<int> Stream::insertValues(std::vector<float> values)
         m_data.insert(m_data.end(), values.begin(), values.end());
     }
     sortOut(before, indices);
+    undo.keep();
     return indices;
+}
+
+void Stream::makeRoom(std::size_t tuples)
+{
+    if (m_stride <= 0)
+    {
+        return;
+    }
+    const std::size_t present = getTupleCount();
+    if (!m_allowDuplicates && present + tuples > linearLimit)
+    {
+        updateIndex(present, tuples + 1, present); // a broken last tuple may become one
+    }
+    // The values may stand in this stream's own data: they would be copied aside.
+    core::utils::makeRoom(m_data, tuples * static_cast<std::size_t>(m_stride));
 }
 
 /// Keeps the first of equal tuples. Those before tuple `first` are in the table; the index of

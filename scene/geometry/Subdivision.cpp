@@ -93,7 +93,7 @@ private:
     std::size_t m_corners = 0; ///< of unrefined faces, at most
     std::unique_ptr<EdgeTable> m_edges;
     std::vector<StreamPtr> m_streams;
-    StreamPtr m_positions;
+    std::vector<StreamMapping> m_vertices;
 };
 
 Refinement::Refinement(Mesh& mesh, const std::vector<TriangleMeshPrimitive*>& primitives,
@@ -133,6 +133,7 @@ void Refinement::compute()
     computeAttribute<NormalMidpoint>(NORMAL, "VMR_SUBDIVIDE_NORMAL_STREAM");
     computeAttribute<TextureMidpoint>(TEXCOORD, "VMR_SUBDIVIDE_UV_STREAM");
     m_streams.push_back(boost::make_shared<Stream>(m_mesh.getVerticesID(), 0, false));
+    m_vertices.emplace_back(POSITION, m_streams.front(), 0);
     for (RefinedPrimitive& part : m_refined)
     {
         part.findInput(VERTEX)->setStream(m_streams.back());
@@ -267,15 +268,15 @@ void Refinement::computeSkin(const std::vector<int>& tuples,
 
 void Refinement::publish()
 {
-    m_mesh.setStreams(m_streams);
-    m_mesh.setVertices({StreamMapping(POSITION, m_streams.front(), 0)});
+    const StreamPtr vertices = m_streams.back();
+    m_mesh.takeStreams(std::move(m_streams), std::move(m_vertices));
     for (RefinedPrimitive& part : m_refined)
     {
         part.primitive.setFaces(std::move(part.inputs), std::move(part.indices));
     }
     for (UnrefinedFaces& faces : m_unrefined)
     {
-        faces.publish(m_streams.back());
+        faces.publish(vertices);
     }
     if (m_skin.isNeeded())
     {

@@ -3,6 +3,7 @@
 #include "core/logger/BasicDecorator.h"
 #include "core/logger/FileWriterFactory.h"
 #include "core/logger/IWriter.h"
+#include "core/utils/AllOrNothing.h"
 
 #include <boost/make_shared.hpp>
 
@@ -30,12 +31,31 @@ LayerManager::~LayerManager() = default;
 
 int LayerManager::addLayer(std::string name)
 {
-    const auto [layer, isNew] = m_layers.emplace(std::move(name), static_cast<int>(m_names.size()));
-    if (isNew)
+    const auto present = m_layers.find(name);
+    if (present != m_layers.end())
     {
-        m_names.push_back(layer->first);
+        return present->second;
     }
-    return layer->second;
+    core::utils::makeRoom(m_names);
+    std::string listed = name;
+    const int id = getLayerCount();
+    m_layers.emplace(std::move(name), id);
+    m_names.push_back(std::move(listed));
+    return id;
+}
+
+int LayerManager::getLayerCount() const
+{
+    return static_cast<int>(m_names.size());
+}
+
+void LayerManager::removeLayersFrom(int id)
+{
+    while (id >= 0 && getLayerCount() > id)
+    {
+        m_layers.erase(m_names.back());
+        m_names.pop_back();
+    }
 }
 
 int LayerManager::getLayerID(std::string name)
@@ -56,6 +76,7 @@ std::map<int, int> LayerManager::mergeLayers(const LayerManagerPtr& other, bool 
     {
         return translation;
     }
+    core::utils::UndoUnlessKept undo([this, count = getLayerCount()] { removeLayersFrom(count); });
     for (const auto& [name, otherID] : other->m_layers)
     {
         const auto present = m_layers.find(name);
@@ -76,6 +97,7 @@ std::map<int, int> LayerManager::mergeLayers(const LayerManagerPtr& other, bool 
             m_logger << "[INFO] Found repeated Layer ID. Renamed " + name + (" to " + newName);
         }
     }
+    undo.keep();
     return translation;
 }
 } // namespace velmoran::scene

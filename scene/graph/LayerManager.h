@@ -12,8 +12,8 @@ namespace velmoran::scene
 {
 /// The layers of one scene: names for the small integers that nodes store.
 ///
-/// IDs count up from 0 in the order of adding and stay valid: layers are never
-/// removed. Every registry starts with these:
+/// IDs count up from 0 in the order of adding and stay valid: layers are only removed by
+/// an operation that takes back what it added itself. Every registry starts with these:
 ///
 /// | ID | name          | use                             |
 /// |----|---------------|---------------------------------|
@@ -45,6 +45,12 @@ public:
 
     /// The name of a layer; "" when there is none with this ID. Constant time.
     std::string getLayerName(int id) const;
+
+    int getLayerCount() const;
+
+    /// Removes the layers with the ID `id` and above, which nothing may use. For operations
+    /// that fail after they added layers.
+    void removeLayersFrom(int id);
 
     /// Adds the layers of `other`, in the order of their names, and translates IDs.
     ///

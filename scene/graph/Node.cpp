@@ -1,5 +1,6 @@
 #include "scene/graph/Node.h"
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/EventTypes.h"
 #include "scene/graph/HandleList.h"
 #include "scene/graph/ITransformation.h"
@@ -9,6 +10,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <new>
 #include <unordered_set>
 
 namespace velmoran::scene
@@ -32,16 +34,26 @@ void releaseWithoutRecursion(std::vector<NodePtr>& children)
 {
     if (t_pendingRelease != nullptr)
     {
-        t_pendingRelease->push_back(std::move(children));
+        try
+        {
+            t_pendingRelease->push_back(std::move(children));
+        }
+        catch (const std::bad_alloc&) // they go with their list then, on the stack
+        {
+        }
         return;
     }
+    // The first list waits in the variable: most trees that are dropped when memory has run
+    // out are small.
     PendingNodes pending;
     t_pendingRelease = &pending;
-    pending.push_back(std::move(children));
+    std::vector<NodePtr> released = std::move(children);
+    released.clear();
     while (!pending.empty())
     {
-        const std::vector<NodePtr> released = std::move(pending.back());
+        released = std::move(pending.back());
         pending.pop_back();
+        released.clear();
     }
     t_pendingRelease = nullptr;
 }
@@ -106,13 +118,14 @@ const std::string& Node::getID() const
 
 void Node::setID(const std::string& id)
 {
-    m_id = id;
-    noteTreeChange();
+    std::string kept = id;
     const ISceneContextPtr scene = m_sceneManager.lock();
     if (scene)
     {
-        scene->addID(m_id);
+        scene->addID(id);
     }
+    m_id.swap(kept);
+    noteTreeChange();
 }
 
 const std::string& Node::getSID() const
@@ -122,12 +135,13 @@ const std::string& Node::getSID() const
 
 void Node::setSID(const std::string& sid)
 {
-    m_sid = sid;
+    std::string kept = sid;
     const ISceneContextPtr scene = m_sceneManager.lock();
     if (scene)
     {
-        scene->addID(m_sid);
+        scene->addID(sid);
     }
+    m_sid.swap(kept);
 }
 
 const std::string& Node::getName() const
@@ -160,10 +174,15 @@ void Node::addNode(const boost::shared_ptr<Node>& child)
     }
     const NodePtr self = weak_from_this().lock();
     const NodePtr kept = child; // the argument may live in a list that a handler changes
+    const bool isSecondParent = self && !kept->m_parent.expired();
+    if (isSecondParent)
+    {
+        core::utils::makeRoom(kept->m_formerParents);
+    }
     m_children.push_back(kept);
     if (self)
     {
-        if (!kept->m_parent.expired())
+        if (isSecondParent)
         {
             kept->m_formerParents.push_back(kept->m_parent);
         }

@@ -242,6 +242,9 @@ public:
     /// in it are left out.
     void setOriginalTransformations(const std::vector<ITransformationPtr>& transformations);
 
+    /// Exchanges the list with `transformations`, which has no empty handles. Needs no memory.
+    void exchangeOriginalTransformations(std::vector<ITransformationPtr>& transformations);
+
     /// Moves on when elements are added to the list or it is replaced; the elements
     /// themselves say whether they changed.
     const core::utils::Revision& getListRevision() const;

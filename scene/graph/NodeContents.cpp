@@ -1,5 +1,6 @@
 // What hangs at a node: instances and layers.
 
+#include "core/utils/AllOrNothing.h"
 #include "scene/EventTypes.h"
 #include "scene/deform/InstanceController.h"
 #include "scene/geometry/IMeshPrimitive.h"
@@ -158,7 +159,13 @@ void Node::addToLayer(const std::string& layerName)
     const ISceneContextPtr scene = m_sceneManager.lock();
     if (scene)
     {
-        addToLayer(scene->getLayerManager()->getLayerID(layerName));
+        const LayerManagerPtr layers = scene->getLayerManager();
+        core::utils::UndoUnlessKept undo([&layers, count = layers->getLayerCount()]
+                                         { layers->removeLayersFrom(count); });
+        const int layerID = layers->getLayerID(layerName);
+        m_layers.insert(layerID);
+        undo.keep();
+        raiseLayerEvent(events::nodeAddedLayer(), layerID);
     }
 }
 

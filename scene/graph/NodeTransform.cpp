@@ -1,4 +1,5 @@
 #include "core/event/EventManager.h"
+#include "core/utils/AllOrNothing.h"
 #include "core/utils/Matrix.h"
 #include "scene/EventTypes.h"
 #include "scene/graph/ITransformation.h"
@@ -143,6 +144,7 @@ void Node::addTransformation(const ITransformationPtr& transformation)
         // A listener may change the list that holds the argument, or let go of this node.
         const NodePtr self = weak_from_this().lock();
         const ITransformationPtr kept = transformation;
+        core::utils::makeRoom(m_originalTransformations);
         foldTransformation(*this, *kept);
         m_originalTransformations.push_back(kept);
         m_listRevision.moveOn();
@@ -221,6 +223,12 @@ void Node::setOriginalTransformations(const std::vector<ITransformationPtr>& tra
     std::copy_if(transformations.begin(), transformations.end(), std::back_inserter(kept),
                  [](const ITransformationPtr& t) { return static_cast<bool>(t); });
     m_originalTransformations.swap(kept);
+    m_listRevision.moveOn();
+}
+
+void Node::exchangeOriginalTransformations(std::vector<ITransformationPtr>& transformations)
+{
+    m_originalTransformations.swap(transformations);
     m_listRevision.moveOn();
 }
 

@@ -16,6 +16,7 @@
 #include <boost/pointer_cast.hpp>
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_map>
 
 namespace velmoran::scene
@@ -61,11 +62,78 @@ AvatarMorphing::AvatarMorphing(const SceneManagerPtr& scene, const SceneManagerP
     m_target.scene = target;
 }
 
-void AvatarMorphing::resetPoses() const
+AvatarMorphing::~AvatarMorphing()
 {
-    for (const SceneManagerPtr& scene : {m_own.scene, m_target.scene})
+    if (m_isKept)
     {
-        const NodePtr sacrum = scene->getNodeByID("sacrum");
+        return;
+    }
+    for (auto& [skin, binding] : m_bindings)
+    {
+        skin->restoreBinding(std::move(binding));
+    }
+    restoreVertices();
+    restorePoses();
+}
+
+void AvatarMorphing::rememberPose(const NodePtr& node)
+{
+    if (node)
+    {
+        m_poses.push_back({node, node->getTranslation(), node->getRotation(), node->getScale()});
+    }
+}
+
+void AvatarMorphing::rememberBinding(const SkinPtr& skin)
+{
+    if (skin)
+    {
+        m_bindings.emplace_back(skin, skin->getBinding());
+    }
+}
+
+void AvatarMorphing::restorePoses()
+{
+    for (const Pose& pose : m_poses)
+    {
+        try
+        {
+            pose.node->setTranslation(pose.translation);
+            pose.node->setRotation(pose.rotation);
+            pose.node->setScale(pose.scale);
+        }
+        catch (...) // of a listener
+        {
+        }
+    }
+}
+
+void AvatarMorphing::restoreVertices()
+{
+    if (!m_vertices)
+    {
+        return;
+    }
+    m_vertices->mutableData().swap(m_floats);
+    if (m_users)
+    {
+        m_users->replace(m_vertices, m_sharedVertices);
+    }
+    m_own.mesh->forgetBV();
+}
+
+void AvatarMorphing::resetPoses()
+{
+    const NodePtr sacra[] = {m_own.scene->getNodeByID("sacrum"),
+                             m_target.scene->getNodeByID("sacrum")};
+    std::for_each(std::begin(sacra), std::end(sacra),
+                  [this](const NodePtr& sacrum) { rememberPose(sacrum); });
+    for (const NodePtr& joint : jointsOf(m_own.scene))
+    {
+        rememberPose(joint);
+    }
+    for (const NodePtr& sacrum : sacra)
+    {
         if (sacrum)
         {
             sacrum->setTransformations(Eigen::Matrix4f(Eigen::Matrix4f::Identity()));
@@ -88,6 +156,14 @@ std::string AvatarMorphing::findAvatars()
     if (!m_own.skin || !m_target.skin)
     {
         return "Invalid morph targets. Missing avatar skin.";
+    }
+    rememberBinding(m_own.skin);
+    for (const ControllerPtr& controller : m_own.scene->getControllersLibrary())
+    {
+        if (controller->getSkin() != m_own.skin)
+        {
+            rememberBinding(controller->getSkin());
+        }
     }
     m_own.mesh = meshOf(m_own.scene);
     m_target.mesh = meshOf(m_target.scene);
@@ -122,8 +198,11 @@ StreamPtr AvatarMorphing::ownVertices()
     {
         return vertices;
     }
-    const StreamPtr copy = boost::make_shared<Stream>(*vertices);
-    m_own.scene->replaceSharedStreams(vertices, copy);
+    auto users = std::make_unique<const StreamUsers>(*m_own.scene);
+    StreamPtr copy = boost::make_shared<Stream>(*vertices);
+    users->replace(vertices, copy);
+    m_users = std::move(users);
+    m_sharedVertices = vertices;
     return copy;
 }
 
@@ -138,11 +217,14 @@ bool AvatarMorphing::blendVertices(float ratio)
     }
     const std::vector<float>& ownPose = own->getData();
     const std::vector<float>& targetPose = target->getData();
-    std::vector<float>& blended = ownVertices()->mutableData();
+    std::vector<float> blended = verticesOf(m_own)->getData();
     for (std::size_t i = 0; i < ownPose.size(); ++i)
     {
         blended[i] = ownPose[i] * ratio + targetPose[i] * (1.0F - ratio);
     }
+    m_vertices = ownVertices();
+    m_vertices->mutableData().swap(blended);
+    m_floats.swap(blended);
     m_own.mesh->forgetBV();
     return true;
 }

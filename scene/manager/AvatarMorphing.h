@@ -1,10 +1,14 @@
 #pragma once
 
 #include "scene/Forward.h"
+#include "scene/deform/Skin.h"
+#include "scene/manager/StreamUsers.h"
 
-#include <Eigen/Core>
+#include <Eigen/Geometry>
 
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmoran::scene
@@ -18,14 +22,19 @@ struct Avatar
     MeshPtr mesh; ///< "human-template-lib"
 };
 
-/// One morph of a scene's avatar toward another one, step by step.
+/// One morph of a scene's avatar toward another one, step by step. Takes the steps back when
+/// it ends before `keep`.
 class AvatarMorphing
 {
 public:
     AvatarMorphing(const SceneManagerPtr& scene, const SceneManagerPtr& target);
+    ~AvatarMorphing();
+
+    AvatarMorphing(const AvatarMorphing&) = delete;
+    AvatarMorphing& operator=(const AvatarMorphing&) = delete;
 
     /// Sets the "sacrum" of both scenes to the identity.
-    void resetPoses() const;
+    void resetPoses();
 
     /// Finds both avatars. Answers what is missing; "" when nothing is.
     std::string findAvatars();
@@ -41,12 +50,37 @@ public:
     /// Binds the scene's avatar to its present pose.
     void bind() const;
 
+    /// What was done stays.
+    void keep() { m_isKept = true; }
+
 private:
+    /// A node's own transform.
+    struct Pose
+    {
+        NodePtr node;
+        Eigen::Translation3f translation;
+        Eigen::Affine3f rotation;
+        Eigen::Vector3f scale;
+    };
+
+    void rememberPose(const NodePtr& node);
+    void rememberBinding(const SkinPtr& skin);
+    void restorePoses();
+    void restoreVertices();
     static StreamPtr verticesOf(const Avatar& avatar);
     static StreamPtr poseOf(const Avatar& avatar);
     StreamPtr ownVertices();
 
     Avatar m_own;
     Avatar m_target;
+
+    // What was before.
+    std::vector<Pose> m_poses;
+    std::vector<std::pair<SkinPtr, Skin::Binding>> m_bindings;
+    std::vector<float> m_floats;                ///< of m_vertices
+    StreamPtr m_vertices;                       ///< empty until they are blended
+    StreamPtr m_sharedVertices;                 ///< whose place m_vertices took; may be empty
+    std::unique_ptr<const StreamUsers> m_users; ///< where it did
+    bool m_isKept = false;
 };
 } // namespace velmoran::scene

@@ -104,8 +104,9 @@ void JointReplacement::apply(const NodePtr& last, bool turnsLast)
     // What a joint carries keeps its place in the joint's frame, so the inverse bind matrices
     // B, which take it there, change only where a node's scale changes. With W' in place
     // of W, N * (sum of weight * W' * B) * bind shape * p is the reshaped mesh.
+    const auto [current, scaled] = scaleInJointFrames(*m_skin, lostScales);
     place(false);
-    scaleInJointFrames(*m_skin, lostScales);
+    m_skin->replaceStream(current, scaled);
     place(true);
 }
 } // namespace velmoran::scene

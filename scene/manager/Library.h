@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/utils/AllOrNothing.h"
+
 #include <boost/shared_ptr.hpp>
 
 #include <algorithm>
@@ -18,14 +20,29 @@ public:
     using Handle = boost::shared_ptr<T>;
     using Items = std::vector<Handle>;
 
-    /// Replaces the content; empty handles are left out.
-    void install(const Items& items)
+    /// The items that `install` can take: those without the empty handles.
+    static Items withoutEmpty(const Items& items)
     {
         Items kept;
         kept.reserve(items.size());
         std::copy_if(items.begin(), items.end(), std::back_inserter(kept),
                      [](const Handle& item) { return static_cast<bool>(item); });
-        m_items.swap(kept);
+        return kept;
+    }
+
+    /// Replaces the content. Needs no memory.
+    void install(Items items) { m_items.swap(items); }
+
+    /// Lets the next `count` additions succeed without memory.
+    void makeRoom(std::size_t count = 1) { core::utils::makeRoom(m_items, count); }
+
+    /// Removes all items behind the first `count`.
+    void cutTo(std::size_t count)
+    {
+        if (count < m_items.size())
+        {
+            m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(count), m_items.end());
+        }
     }
 
     /// Appends `item`; an empty handle is ignored.

@@ -159,6 +159,7 @@ void SceneManager::morph(const SceneManagerPtr& target, float ratio)
     const std::string missing = morphing.findAvatars();
     if (!missing.empty())
     {
+        morphing.keep();
         report(missing);
         return;
     }
@@ -168,5 +169,6 @@ void SceneManager::morph(const SceneManagerPtr& target, float ratio)
     {
         morphing.bind();
     }
+    morphing.keep();
 }
 } // namespace velmoran::scene

@@ -1,12 +1,13 @@
 // Cameras and lights made on request and placed in the node tree.
 
 #include "core/event/EventManager.h"
+#include "core/utils/AllOrNothing.h"
 #include "scene/EventTypes.h"
 #include "scene/graph/Camera.h"
 #include "scene/graph/CameraInstance.h"
 #include "scene/graph/Light.h"
 #include "scene/graph/Node.h"
-#include "scene/manager/SceneManager.h"
+#include "scene/manager/SceneAttempt.h"
 
 #include <boost/make_shared.hpp>
 
@@ -41,23 +42,28 @@ std::string SceneManager::createNewCamera(int type, const std::string& nodeID,
                                           const std::string& parentID)
 {
     const boost::shared_ptr<SceneManager> self = shared_from_this();
-    const std::string cameraID = generateID();
+    SceneAttempt attempt(*this);
+    std::string cameraID = generateID();
     const CameraPtr camera = boost::make_shared<Camera>(self, type, cameraID, "VMCamera");
     m_cameras.add(camera);
 
     NodePtr node = getNodeByID(nodeID);
-    if (!node)
+    const bool isNew = !node;
+    if (isNew)
     {
         node = boost::make_shared<Node>(self);
         node->setID(nodeID.empty() ? generateID() : nodeID);
-        placeNode(node, parentID);
     }
-    turnForUpAxis(*node, m_upAxis);
-
     const CameraInstancePtr instance =
         boost::make_shared<CameraInstance>(node, camera, generateID());
+    if (isNew)
+    {
+        placeNode(node, parentID, attempt);
+    }
     addCameraInstance(instance);
     node->addInstanceCamera(camera);
+    attempt.keep();
+    turnForUpAxis(*node, m_upAxis);
     raise(events::sceneNewCamera(), instance->getSID());
     return cameraID;
 }
@@ -66,6 +72,7 @@ void SceneManager::createNewLight(int type, std::string lightID, const std::stri
                                   const std::string& parentID)
 {
     const boost::shared_ptr<SceneManager> self = shared_from_this();
+    SceneAttempt attempt(*this);
     const LightPtr light = boost::make_shared<Light>(self, type, lightID, "");
     if (!addLight(light))
     {
@@ -75,19 +82,25 @@ void SceneManager::createNewLight(int type, std::string lightID, const std::stri
     if (!node)
     {
         node = boost::make_shared<Node>(self);
-        placeNode(node, parentID);
+        placeNode(node, parentID, attempt);
     }
-    node->addInstanceLight(light);
+    // Back in place, the name before needs no memory.
+    core::utils::UndoUnlessKept undo([&node, before = node->getName()] { node->setName(before); });
     node->setName(lightID);
+    node->addInstanceLight(light);
+    undo.keep();
+    attempt.keep();
 }
 
-void SceneManager::placeNode(const NodePtr& node, const std::string& parentID)
+void SceneManager::placeNode(const NodePtr& node, const std::string& parentID,
+                             SceneAttempt& attempt)
 {
     NodePtr parent = getNodeByID(parentID);
     if (!parent)
     {
         parent = getRoot();
     }
+    attempt.expectChild(parent, node);
     parent->addNode(node);
 }
 } // namespace velmoran::scene

@@ -3,7 +3,7 @@
 
 #include "core/event/EventManager.h"
 #include "scene/EventTypes.h"
-#include "scene/manager/SceneManager.h"
+#include "scene/manager/SceneAttempt.h"
 #include "scene/material/Effect.h"
 #include "scene/material/Image.h"
 #include "scene/material/Material.h"
@@ -72,12 +72,7 @@ void SceneManager::localMaterialParameterUpdatedHandler(Event event)
         return;
     }
     const boost::shared_ptr<SceneManager> self = weak_from_this().lock(); // listeners may let go
-    MaterialParameterPtr parameter = material->getParameterByName(name);
-    if (!parameter)
-    {
-        parameter = boost::make_shared<MaterialParameter>(name, type, value);
-        material->addMaterialParameter(parameter);
-    }
+    SceneAttempt attempt(*this);
     if (type == "texture")
     {
         ImagePtr image = getImageByFilename(value);
@@ -88,7 +83,16 @@ void SceneManager::localMaterialParameterUpdatedHandler(Event event)
         }
         value = image->getID();
     }
-    parameter->setValue(value);
+    const MaterialParameterPtr parameter = material->getParameterByName(name);
+    if (parameter)
+    {
+        parameter->setValue(value);
+    }
+    else
+    {
+        material->addMaterialParameter(boost::make_shared<MaterialParameter>(name, type, value));
+    }
+    attempt.keep();
     raise(events::sceneUpdate(), "");
 }
 

@@ -7,7 +7,7 @@
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
 #include "scene/graph/NodeWalk.h"
-#include "scene/manager/SceneManager.h"
+#include "scene/manager/SceneAttempt.h"
 #include "scene/material/Material.h"
 
 #include <boost/make_shared.hpp>
@@ -105,12 +105,12 @@ MergeTarget TreeIdentifiers::add(const MergeTarget& parent, const NodePtr& node)
     parent.node->addNode(node);
     if (!known || parent.node->getChildCount() != childrenBefore + 1)
     {
-        return {node};
+        return {node, false, 0, true};
     }
     m_stamp.expectChange(parent.node->getTreeRevision());
     if (!m_stamp.isCurrent())
     {
-        return {node};
+        return {node, false, 0, true};
     }
     if (joinsTree)
     {
@@ -122,7 +122,7 @@ MergeTarget TreeIdentifiers::add(const MergeTarget& parent, const NodePtr& node)
     {
         siblings->second.firstByID.emplace(node->getID(), node);
     }
-    return {node, joinsTree, m_reading};
+    return {node, joinsTree, m_reading, true};
 }
 
 MergeTarget TreeIdentifiers::findChild(const MergeTarget& parent, const std::string& id)
@@ -141,7 +141,7 @@ MergeTarget TreeIdentifiers::findChild(const MergeTarget& parent, const std::str
     const auto found = children.firstByID.find(id);
     return found == children.firstByID.end()
                ? MergeTarget()
-               : MergeTarget{found->second, isInTree(parent), m_reading};
+               : MergeTarget{found->second, isInTree(parent), m_reading, false};
 }
 
 void TreeIdentifiers::refresh()
@@ -191,11 +191,13 @@ void TreeIdentifiers::readTree()
 // Merging
 
 SceneGraphMerger::SceneGraphMerger(SceneManager& scene, const NodePtr& root, const NodePtr& parent,
-                                   core::logger::Logger& logger, const Translations& translations)
+                                   core::logger::Logger& logger, const Translations& translations,
+                                   SceneAttempt& attempt)
     : m_scene(scene),
       m_parent(parent),
       m_logger(logger),
       m_translations(translations),
+      m_attempt(attempt),
       m_identifiers(root, scene.getTreeRevision(), parent)
 {
     for (const MaterialPtr& material : scene.getMaterialList())
@@ -255,6 +257,10 @@ MergeTarget SceneGraphMerger::mergeNode(const MergeTarget& parent, const Node& s
         m_logger << "[INFO] Renamed repeated Node to: " + id;
     }
     const NodePtr copy = copyNode(source, id);
+    if (!parent.isNew)
+    {
+        m_attempt.expectChild(parent.node, copy);
+    }
     return m_identifiers.add(parent, copy);
 }
 

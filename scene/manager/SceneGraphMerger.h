@@ -14,6 +14,8 @@
 
 namespace velmoran::scene
 {
+class SceneAttempt;
+
 /// Old identifiers to new ones, for renamed items only.
 using RenameMap = std::map<std::string, std::string>;
 
@@ -24,6 +26,7 @@ struct MergeTarget
     NodePtr node;
     bool isInTree = false;
     unsigned int reading = 0; ///< 0: not known
+    bool isNew = false;       ///< made by this merge
 };
 
 /// The identifiers of the nodes in a scene's tree while nodes are added to it.
@@ -85,7 +88,8 @@ public:
 
     /// Merges under `parent`. `root` is where the scene keeps its root.
     SceneGraphMerger(SceneManager& scene, const NodePtr& root, const NodePtr& parent,
-                     core::logger::Logger& logger, const Translations& translations);
+                     core::logger::Logger& logger, const Translations& translations,
+                     SceneAttempt& attempt);
 
     void merge(const NodePtr& source, bool discardRepeated, bool mergeRepeated);
 
@@ -101,6 +105,7 @@ private:
     const NodePtr m_parent;
     core::logger::Logger& m_logger;
     const Translations m_translations;
+    SceneAttempt& m_attempt; ///< told of what joins nodes that were there
     TreeIdentifiers m_identifiers;
     std::unordered_map<std::string, MaterialPtr> m_materials; ///< first of each ID
 };

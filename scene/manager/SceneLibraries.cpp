@@ -1,6 +1,7 @@
 // The libraries of a scene manager: install, add, look up, remove.
 
 #include "core/event/EventManager.h"
+#include "core/utils/AllOrNothing.h"
 #include "scene/EventTypes.h"
 #include "scene/animation/Animation.h"
 #include "scene/animation/AnimationManager.h"
@@ -8,7 +9,7 @@
 #include "scene/graph/Camera.h"
 #include "scene/graph/CameraInstance.h"
 #include "scene/graph/Light.h"
-#include "scene/manager/SceneManager.h"
+#include "scene/manager/SceneAttempt.h"
 #include "scene/material/Effect.h"
 #include "scene/material/Image.h"
 #include "scene/material/Material.h"
@@ -22,16 +23,38 @@ namespace velmoran::scene
 {
 namespace
 {
-/// Installs a library and records the identifiers of its elements with `scene`.
+/// Records the identifiers of all items, or none.
 template <typename T, typename Getter>
-void installRecorded(SceneManager& scene, Library<T>& library,
+void recordAll(IdentifierRegister& identifiers, const std::vector<boost::shared_ptr<T>>& items,
+               Getter getID)
+{
+    core::utils::UndoUnlessKept undo([&identifiers, mark = identifiers.getMark()]
+                                     { identifiers.returnTo(mark); });
+    for (const boost::shared_ptr<T>& item : items)
+    {
+        identifiers.record((item.get()->*getID)());
+    }
+    undo.keep();
+}
+
+/// Installs a library and records the identifiers of its elements.
+template <typename T, typename Getter>
+void installRecorded(IdentifierRegister& identifiers, Library<T>& library,
                      const std::vector<boost::shared_ptr<T>>& items, Getter getID)
 {
-    library.install(items);
-    for (const boost::shared_ptr<T>& item : library.items())
-    {
-        scene.addID((item.get()->*getID)());
-    }
+    std::vector<boost::shared_ptr<T>> kept = Library<T>::withoutEmpty(items);
+    recordAll(identifiers, kept, getID);
+    library.install(std::move(kept));
+}
+
+/// Appends an item, which is not empty, and records its identifier.
+template <typename T>
+void addRecorded(IdentifierRegister& identifiers, Library<T>& library,
+                 const boost::shared_ptr<T>& item, const std::string& id)
+{
+    library.makeRoom();
+    identifiers.record(id);
+    library.add(item);
 }
 } // namespace
 
@@ -39,7 +62,7 @@ void installRecorded(SceneManager& scene, Library<T>& library,
 
 void SceneManager::setImageLibrary(const std::vector<ImagePtr>& images)
 {
-    installRecorded(*this, m_images, images, &Image::getID);
+    installRecorded(*m_identifiers, m_images, images, &Image::getID);
 }
 
 void SceneManager::addImage(const ImagePtr& image)
@@ -54,12 +77,14 @@ void SceneManager::addImage(const ImagePtr& image)
         m_logger << "[WARN] adding same image to library with repeated ID. Discarding.";
         return;
     }
+    SceneAttempt attempt(*this);
+    const std::string id = present ? generateID() : image->getID();
+    addRecorded(*m_identifiers, m_images, image, id);
     if (present)
     {
-        image->setID(generateID());
+        image->setID(id);
     }
-    m_images.add(image);
-    addID(image->getID());
+    attempt.keep();
     raise(events::sceneUpdate(), "");
 }
 
@@ -97,7 +122,7 @@ void SceneManager::setSurrounding(const ImagePtr& image)
         addImage(kept);
     }
     m_surrounding = kept;
-    triggerEvent("SceneSurroundingUpdate", "");
+    raise(events::sceneSurroundingUpdate(), "");
 }
 
 ImagePtr SceneManager::getSurrounding() const
@@ -109,15 +134,14 @@ ImagePtr SceneManager::getSurrounding() const
 
 void SceneManager::setEffectLibrary(const std::vector<EffectPtr>& effects)
 {
-    installRecorded(*this, m_effects, effects, &Effect::getID);
+    installRecorded(*m_identifiers, m_effects, effects, &Effect::getID);
 }
 
 void SceneManager::addEffect(const EffectPtr& effect)
 {
     if (effect)
     {
-        m_effects.add(effect);
-        addID(effect->getID());
+        addRecorded(*m_identifiers, m_effects, effect, effect->getID());
     }
 }
 
@@ -162,7 +186,7 @@ std::string SceneManager::effectLibraryToString() const
 
 void SceneManager::setMaterialList(const std::vector<MaterialPtr>& materials)
 {
-    installRecorded(*this, m_materials, materials, &Material::getMaterialID);
+    installRecorded(*m_identifiers, m_materials, materials, &Material::getMaterialID);
     raise(events::sceneUpdate(), "MaterialList");
 }
 
@@ -170,8 +194,7 @@ void SceneManager::addMaterial(const MaterialPtr& material)
 {
     if (material)
     {
-        m_materials.add(material);
-        addID(material->getMaterialID());
+        addRecorded(*m_identifiers, m_materials, material, material->getMaterialID());
         raise(events::sceneUpdate(), "MaterialList");
     }
 }
@@ -200,7 +223,7 @@ std::string SceneManager::materialLibraryToString() const
 
 void SceneManager::setCameraLibrary(const std::vector<CameraPtr>& cameras)
 {
-    installRecorded(*this, m_cameras, cameras, &Camera::getID);
+    installRecorded(*m_identifiers, m_cameras, cameras, &Camera::getID);
 }
 
 CameraPtr SceneManager::getCameraByID(const std::string& id) const
@@ -222,9 +245,9 @@ void SceneManager::addCameraInstance(const CameraInstancePtr& instance)
 {
     if (instance)
     {
-        m_cameraInstances.add(instance);
-        addID(instance->getSID());
-        m_logger << "Added Camera Instance" + instance->getSID();
+        const std::string message = "Added Camera Instance" + instance->getSID();
+        addRecorded(*m_identifiers, m_cameraInstances, instance, instance->getSID());
+        m_logger << message;
     }
 }
 
@@ -247,7 +270,7 @@ CameraInstancePtr SceneManager::getCameraInstanceAt(unsigned int index) const
 
 void SceneManager::setLightLibrary(const std::vector<LightPtr>& lights)
 {
-    installRecorded(*this, m_lights, lights, &Light::getID);
+    installRecorded(*m_identifiers, m_lights, lights, &Light::getID);
 }
 
 bool SceneManager::addLight(const LightPtr& light)
@@ -256,8 +279,7 @@ bool SceneManager::addLight(const LightPtr& light)
     {
         return false;
     }
-    m_lights.add(light);
-    addID(light->getID());
+    addRecorded(*m_identifiers, m_lights, light, light->getID());
     return true;
 }
 
@@ -275,15 +297,14 @@ LightPtr SceneManager::getLightByID(const std::string& id) const
 
 void SceneManager::setControllersLibrary(const std::vector<ControllerPtr>& controllers)
 {
-    installRecorded(*this, m_controllers, controllers, &Controller::getID);
+    installRecorded(*m_identifiers, m_controllers, controllers, &Controller::getID);
 }
 
 void SceneManager::addController(const ControllerPtr& controller)
 {
     if (controller)
     {
-        m_controllers.add(controller);
-        addID(controller->getID());
+        addRecorded(*m_identifiers, m_controllers, controller, controller->getID());
     }
 }
 
@@ -301,18 +322,22 @@ ControllerPtr SceneManager::getControllerById(const std::string& id) const
 
 void SceneManager::setAnimationsLibrary(const std::vector<AnimationPtr>& animations)
 {
-    installRecorded(*this, m_animations, animations, &Animation::getID);
-    removeSceneController(m_animationManager);
-    m_animationManager = boost::make_shared<AnimationManager>();
-    addSceneController(m_animationManager);
+    std::vector<AnimationPtr> kept = Library<Animation>::withoutEmpty(animations);
+    AnimationManagerPtr player = boost::make_shared<AnimationManager>();
+    addSceneController(player);
+    core::utils::UndoUnlessKept undo([this, &player] { removeSceneController(player); });
+    recordAll(*m_identifiers, kept, &Animation::getID);
+    undo.keep();
+    m_animations.install(std::move(kept));
+    m_animationManager.swap(player);
+    removeSceneController(player);
 }
 
 void SceneManager::addAnimation(const AnimationPtr& animation)
 {
     if (animation)
     {
-        m_animations.add(animation);
-        addID(animation->getID());
+        addRecorded(*m_identifiers, m_animations, animation, animation->getID());
     }
 }
 
@@ -335,7 +360,7 @@ void SceneManager::removeAllAnimations()
 
 void SceneManager::setPhysicsSceneLibrary(const std::vector<PhysicsScenePtr>& scenes)
 {
-    installRecorded(*this, m_physicsScenes, scenes, &PhysicsScene::getID);
+    installRecorded(*m_identifiers, m_physicsScenes, scenes, &PhysicsScene::getID);
 }
 
 std::vector<PhysicsScenePtr> SceneManager::getPhysicsSceneLibrary() const
@@ -350,7 +375,7 @@ PhysicsScenePtr SceneManager::getPhysicsSceneById(const std::string& id) const
 
 void SceneManager::setInstancedPhysicsScenes(const std::vector<PhysicsScenePtr>& scenes)
 {
-    m_instancedPhysicsScenes.install(scenes);
+    m_instancedPhysicsScenes.install(Library<PhysicsScene>::withoutEmpty(scenes));
 }
 
 std::vector<PhysicsScenePtr> SceneManager::getInstancedPhysicsScenes() const
@@ -360,7 +385,7 @@ std::vector<PhysicsScenePtr> SceneManager::getInstancedPhysicsScenes() const
 
 void SceneManager::setPhysicsMaterialLibrary(const std::vector<PhysicsMaterialPtr>& materials)
 {
-    installRecorded(*this, m_physicsMaterials, materials, &PhysicsMaterial::getID);
+    installRecorded(*m_identifiers, m_physicsMaterials, materials, &PhysicsMaterial::getID);
 }
 
 std::vector<PhysicsMaterialPtr> SceneManager::getPhysicsMaterialLibrary() const
@@ -375,7 +400,7 @@ PhysicsMaterialPtr SceneManager::getPhysicsMaterialById(const std::string& id) c
 
 void SceneManager::setPhysicsModelLibrary(const std::vector<PhysicsModelPtr>& models)
 {
-    installRecorded(*this, m_physicsModels, models, &PhysicsModel::getID);
+    installRecorded(*m_identifiers, m_physicsModels, models, &PhysicsModel::getID);
 }
 
 std::vector<PhysicsModelPtr> SceneManager::getPhysicsModelLibrary() const

@@ -5,11 +5,13 @@
 #include "core/logger/FileWriterFactory.h"
 #include "core/logger/IWriter.h"
 #include "core/system/MillisecClock.h"
+#include "core/utils/AllOrNothing.h"
 #include "scene/EventTypes.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
 #include "scene/manager/ISceneController.h"
+#include "scene/manager/IdentifierRegister.h"
 #include "scene/manager/NodeIndex.h"
 #include "scene/manager/SceneWorker.h"
 #include "scene/material/Effect.h"
@@ -32,7 +34,8 @@ SceneManager::SceneManager(const EventManagerPtr& eventManager)
       m_geometryManager(boost::make_shared<GeometryManager>(EventManagerPtr())),
       m_layerManager(boost::make_shared<LayerManager>()),
       m_sceneName("DefaultScene"),
-      m_sceneID("defaultSceneID")
+      m_sceneID("defaultSceneID"),
+      m_identifiers(std::make_unique<IdentifierRegister>())
 {
     const core::logger::IWriterPtr writer =
         core::logger::FileWriterFactory::getInstance()->getFileWriter("SceneManager.log");
@@ -185,12 +188,19 @@ void SceneManager::setGeometryManager(const GeometryManagerPtr& geometryManager)
         return;
     }
     GeometryManagerPtr installed = geometryManager;
+    const auto exchange = [this, &installed]
     {
         const std::lock_guard<std::mutex> lock(m_geometryManagerMutex);
         m_geometryManager.swap(installed);
-    }
+    };
+    core::utils::UndoUnlessKept undo([this, mark = m_identifiers->getMark()]
+                                     { m_identifiers->returnTo(mark); });
+    addGeometryIDs(*installed);
+    exchange();
+    core::utils::UndoUnlessKept undoExchange(exchange);
     shareEventManager();
-    addGeometryIDs();
+    undoExchange.keep();
+    undo.keep();
 }
 
 LayerManagerPtr SceneManager::getLayerManager()
@@ -212,34 +222,27 @@ TreeRevisionPtr SceneManager::getTreeRevision() const
 
 std::string SceneManager::generateID()
 {
-    std::string candidate;
-    do
-    {
-        candidate = "OID" + std::to_string(m_idCounter++);
-    } while (m_usedIDs.count(candidate) != 0);
-    return candidate;
+    return m_identifiers->generate();
 }
 
 void SceneManager::addID(std::string id)
 {
-    if (id.compare(0, 3, "OID") == 0)
-    {
-        m_usedIDs.insert(std::move(id));
-    }
+    m_identifiers->record(std::move(id));
 }
 
-void SceneManager::addGeometryIDs()
+void SceneManager::addGeometryIDs(const GeometryManager& geometries)
 {
-    for (const std::string& id : getGeometryManager()->getIDs())
+    for (std::string& id : geometries.getIDs())
     {
-        addID(id);
+        addID(std::move(id));
     }
 }
 
 void SceneManager::setSceneID(const std::string& id)
 {
-    m_sceneID = id;
+    std::string kept = id;
     addID(id);
+    m_sceneID.swap(kept);
 }
 
 const std::string& SceneManager::getSceneID() const

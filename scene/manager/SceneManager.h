@@ -10,17 +10,17 @@
 
 #include <boost/enable_shared_from_this.hpp>
 
-#include <cstdint>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <string>
 #include <vector>
 
 namespace velmoran::scene
 {
+class IdentifierRegister;
 class NodeIndex;
+class SceneAttempt;
 class SceneWorker;
 
 /// Owner of one scene: its node tree, libraries, layers and worker thread.
@@ -32,7 +32,8 @@ class SceneWorker;
 /// Worker thread: turns every 10 ms. A turn takes the lock of the controller list
 ///     and the scene lock (both or none), calls `update` on every controller in
 ///     order, lets go of the locks and raises "SyncScene" once if any of them
-///     reported a change. Exceptions out of `update` are not caught.
+///     reported a change. After a `std::bad_alloc` out of `update` or of a handler of
+///     "SyncScene" the next turn comes as ever; other exceptions out of `update` are not caught.
 /// Libraries: lists in insertion order; look-ups are linear and the first match
 ///     wins; unknown identifiers and indices out of range give empty handles. Empty
 ///     handles are left out wherever something is added or installed.
@@ -53,6 +54,14 @@ class SceneWorker;
 /// |                              |                                 | the ID of its image    |
 /// | "L_MaterialTechniqueChanged" | -, material's ID, technique     | sets the technique     |
 ///
+/// Out of memory: an operation that throws `std::bad_alloc` has changed nothing, here or in
+///     what belongs to the scene: tree, layers, libraries, identifiers, geometry and its
+///     streams, skins, players of animations. It can be called again. What it raised before
+///     that can't be taken back: with listeners, nodes that were announced are announced as
+///     removed. Where the change is complete and only its announcement fails, by
+///     `std::bad_alloc` or by an exception of a handler, the change stays. A log message
+///     for which there is no memory, or no room on the disk, is dropped. A controller whose
+///     `update` throws `std::bad_alloc` misses that turn.
 /// Ownership: create it with `boost::make_shared`. It holds its nodes, geometry and
 ///     libraries; nodes, cameras and lights remember it weakly. Dropping the last
 ///     handle stops the thread and frees the scene, also on the scene's own worker
@@ -516,6 +525,8 @@ public:
     void replaceGeometry(const std::string& id, const IGeometryPtr& geometry);
 
 private:
+    friend class SceneAttempt;
+
     void registerEventHandlers();
     void localNewEffectHandler(core::event::Event event);
     void localNewMaterialHandler(core::event::Event event);
@@ -524,8 +535,8 @@ private:
 
     void raise(const core::event::EventType& type, const std::string& data);
     void shareEventManager();
-    void addGeometryIDs();
-    void placeNode(const NodePtr& node, const std::string& parentID);
+    void addGeometryIDs(const GeometryManager& geometries);
+    void placeNode(const NodePtr& node, const std::string& parentID, SceneAttempt& attempt);
     void replaceJoints(const boost::shared_ptr<SceneManager>& joints, bool turnsSacrum);
 
     // Released in reverse order.
@@ -555,8 +566,7 @@ private:
     AnimationManagerPtr m_animationManager;
     std::string m_sceneName;
     std::string m_sceneID;
-    std::uint32_t m_idCounter = 0;
-    std::set<std::string> m_usedIDs;
+    std::unique_ptr<IdentifierRegister> m_identifiers;
     std::unique_ptr<SceneWorker> m_worker;
 };
 } // namespace velmoran::scene

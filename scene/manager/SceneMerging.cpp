@@ -7,8 +7,8 @@
 #include "scene/geometry/Mesh.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Node.h"
+#include "scene/manager/SceneAttempt.h"
 #include "scene/manager/SceneGraphMerger.h"
-#include "scene/manager/SceneManager.h"
 #include "scene/material/Effect.h"
 #include "scene/material/Image.h"
 #include "scene/material/Material.h"
@@ -45,10 +45,12 @@ boost::shared_ptr<T> findIn(const std::unordered_map<std::string, boost::shared_
     return found == items.end() ? boost::shared_ptr<T>() : found->second;
 }
 
+/// Needs a `SceneAttempt` around it.
 template <typename T, typename Getter>
 void appendAll(SceneManager& scene, Library<T>& library,
                const std::vector<boost::shared_ptr<T>>& items, Getter getID)
 {
+    library.makeRoom(items.size());
     for (const boost::shared_ptr<T>& item : items)
     {
         library.add(item);
@@ -96,24 +98,61 @@ void copyMaterialSymbols(const IGeometryPtr& from, const IGeometryPtr& to)
     }
 }
 
-RenameMap mergeGeometriesWithSymbols(GeometryManager& into, const GeometryManagerPtr& other,
-                                     bool discardRepeated)
+/// Merges the geometry of another scene, and takes it back unless it is kept.
+class GeometryMerging
 {
-    const std::vector<std::string> ids = into.getIDs();
-    const std::set<std::string> present(ids.begin(), ids.end());
-    const RenameMap renames = into.mergeGeometries(other, discardRepeated);
-    for (const auto& [oldID, newID] : renames)
+public:
+    GeometryMerging(const GeometryManagerPtr& into, const GeometryManagerPtr& other)
+        : m_into(into), m_other(other)
     {
-        // A clone whose new ID was taken, here or by another incoming geometry, was not
-        // kept; the latter belongs to the incoming scene.
-        const IGeometryPtr renamed = into.getGeometry(newID);
-        if (present.count(newID) == 0 && renamed != other->getGeometry(newID))
+        const std::vector<std::string> ids = into->getIDs();
+        const std::set<std::string> present(ids.begin(), ids.end());
+        for (const std::string& id : other->getIDs())
         {
-            copyMaterialSymbols(other->getGeometry(oldID), renamed);
+            for (const std::string& newID : {id, id + "__renamed__"})
+            {
+                if (present.count(newID) == 0)
+                {
+                    m_newIDs.insert(newID);
+                }
+            }
         }
     }
-    return renames;
-}
+
+    ~GeometryMerging()
+    {
+        for (const std::string& id : m_newIDs)
+        {
+            m_into->removeGeometry(id);
+        }
+    }
+
+    GeometryMerging(const GeometryMerging&) = delete;
+    GeometryMerging& operator=(const GeometryMerging&) = delete;
+
+    RenameMap merge(bool discardRepeated)
+    {
+        RenameMap renames = m_into->mergeGeometries(m_other, discardRepeated);
+        for (const auto& [oldID, newID] : renames)
+        {
+            // A clone whose new ID was taken, here or by another incoming geometry, was not
+            // kept; the latter belongs to the incoming scene.
+            const IGeometryPtr renamed = m_into->getGeometry(newID);
+            if (m_newIDs.count(newID) != 0 && renamed != m_other->getGeometry(newID))
+            {
+                copyMaterialSymbols(m_other->getGeometry(oldID), renamed);
+            }
+        }
+        return renames;
+    }
+
+    void keep() { m_newIDs.clear(); }
+
+private:
+    const GeometryManagerPtr m_into;
+    const GeometryManagerPtr m_other;
+    std::set<std::string> m_newIDs; ///< not there before, perhaps there after merging
+};
 } // namespace
 
 void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& other, int flags,
@@ -127,9 +166,11 @@ void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& othe
     const boost::shared_ptr<SceneManager> kept = other;
     const auto isSet = [flags](MergeFlags flag) { return (flags & flag) != 0; };
 
-    const RenameMap geometryRenames = mergeGeometriesWithSymbols(
-        *getGeometryManager(), kept->getGeometryManager(), isSet(DISCARD_REPEATED_GEOMETRIES));
-    addGeometryIDs();
+    GeometryMerging geometries(getGeometryManager(), kept->getGeometryManager());
+    SceneAttempt attempt(*this); // ends first: its nodes hold geometry
+
+    const RenameMap geometryRenames = geometries.merge(isSet(DISCARD_REPEATED_GEOMETRIES));
+    addGeometryIDs(*getGeometryManager());
     const RenameMap imageRenames =
         mergeImageLibrary(kept->m_images.items(), isSet(DISCARD_REPEATED_IMAGES));
     const RenameMap effectRenames = mergeEffectLibrary(kept->m_effects.items());
@@ -145,6 +186,8 @@ void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& othe
                         materialRenames, layerMap, isSet(DISCARD_REPEATED_NODES),
                         isSet(MERGE_REPEATED_NODES));
     }
+    attempt.keep();
+    geometries.keep();
 
     raise(events::sceneUpdate(), "");
     raise(events::sceneUpdate(), "MaterialList");
@@ -153,6 +196,7 @@ void SceneManager::mergeSceneManager(const boost::shared_ptr<SceneManager>& othe
 
 RenameMap SceneManager::mergeImageLibrary(const std::vector<ImagePtr>& images, bool discardRepeated)
 {
+    SceneAttempt attempt(*this);
     const auto present = firstByID(m_images, &Image::getID);
     RenameMap renames;
     std::vector<ImagePtr> added;
@@ -176,13 +220,16 @@ RenameMap SceneManager::mergeImageLibrary(const std::vector<ImagePtr>& images, b
         }
         added.push_back(boost::make_shared<Image>(id, image->getFilename(), image->getName()));
     }
+    const std::string message = "[INFO] Added " + std::to_string(added.size()) + " new images.";
     appendAll(*this, m_images, added, &Image::getID);
-    m_logger << "[INFO] Added " + std::to_string(added.size()) + " new images.";
+    attempt.keep();
+    m_logger << message;
     return renames;
 }
 
 RenameMap SceneManager::mergeEffectLibrary(const std::vector<EffectPtr>& effects)
 {
+    SceneAttempt attempt(*this);
     const auto present = firstByID(m_effects, &Effect::getID);
     RenameMap renames;
     std::vector<EffectPtr> added;
@@ -207,8 +254,10 @@ RenameMap SceneManager::mergeEffectLibrary(const std::vector<EffectPtr>& effects
         }
         added.push_back(boost::make_shared<Effect>(id, effect->getFilename(), effect->getName()));
     }
+    const std::string message = "[INFO] Added " + std::to_string(added.size()) + " new effects.";
     appendAll(*this, m_effects, added, &Effect::getID);
-    m_logger << "[INFO] Added " + std::to_string(added.size()) + " new effects.";
+    attempt.keep();
+    m_logger << message;
     return renames;
 }
 
@@ -216,6 +265,7 @@ RenameMap SceneManager::mergeMaterialLibrary(const std::vector<MaterialPtr>& mat
                                              const RenameMap& imageRenames,
                                              const RenameMap& effectRenames, bool)
 {
+    SceneAttempt attempt(*this);
     const auto present = firstByID(m_materials, &Material::getMaterialID);
     RenameMap renames;
     std::vector<MaterialPtr> added;
@@ -246,8 +296,10 @@ RenameMap SceneManager::mergeMaterialLibrary(const std::vector<MaterialPtr>& mat
         added.push_back(copyMaterial(*material, id, effectID, imageRenames));
         m_logger << "[INFO] Addded new Material: " + id;
     }
+    const std::string message = "[INFO] Added " + std::to_string(added.size()) + " new Materials.";
     appendAll(*this, m_materials, added, &Material::getMaterialID);
-    m_logger << "[INFO] Added " + std::to_string(added.size()) + " new Materials.";
+    attempt.keep();
+    m_logger << message;
     raise(events::sceneUpdate(), "MaterialList");
     return renames;
 }
@@ -263,8 +315,10 @@ void SceneManager::mergeSceneGraph(const NodePtr& parent, const NodePtr& source,
         return;
     }
     const boost::shared_ptr<SceneManager> self = shared_from_this(); // listeners may let go
+    SceneAttempt attempt(*this);
     SceneGraphMerger merger(*this, m_root, parent, m_logger,
-                            {geometryRenames, materialRenames, layerMap});
+                            {geometryRenames, materialRenames, layerMap}, attempt);
     merger.merge(source, discardRepeated, mergeRepeated);
+    attempt.keep();
 }
 } // namespace velmoran::scene

@@ -3,46 +3,25 @@
 #include "core/event/EventManager.h"
 #include "scene/EventTypes.h"
 #include "scene/deform/Controller.h"
-#include "scene/deform/InstanceController.h"
 #include "scene/deform/Morph.h"
 #include "scene/deform/Skin.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/IMeshPrimitive.h"
 #include "scene/geometry/InstanceGeometry.h"
 #include "scene/geometry/Mesh.h"
-#include "scene/graph/Node.h"
+#include "scene/manager/GeometryUsers.h"
 #include "scene/manager/SceneManager.h"
+#include "scene/manager/StreamUsers.h"
 
-#include <set>
+#include <boost/make_shared.hpp>
+
+#include <utility>
+#include <vector>
 
 namespace velmoran::scene
 {
 namespace
 {
-/// What uses geometries in a scene, each once.
-struct GeometryUsers
-{
-    std::set<InstanceGeometryPtr> instances; ///< of nodes and of controller instances
-    std::set<ControllerPtr> controllers;     ///< of the library and of controller instances
-
-    GeometryUsers(const std::vector<NodePtr>& nodes, const std::vector<ControllerPtr>& library)
-        : controllers(library.begin(), library.end())
-    {
-        for (const NodePtr& node : nodes)
-        {
-            instances.insert(node->getInstancedGeometries().begin(),
-                             node->getInstancedGeometries().end());
-            for (const InstanceControllerPtr& instance : node->getInstancedControllers())
-            {
-                instances.insert(instance->getInstanceGeometry());
-                controllers.insert(instance->getController());
-            }
-        }
-        instances.erase(InstanceGeometryPtr());
-        controllers.erase(ControllerPtr());
-    }
-};
-
 /// The present bindings of the symbols that the primitives of `geometry` use; empty handles
 /// for those that are not bound.
 InstanceGeometry::MaterialMap bindingsFor(const IGeometry& geometry,
@@ -61,12 +40,60 @@ InstanceGeometry::MaterialMap bindingsFor(const IGeometry& geometry,
     return bindings;
 }
 
-void replaceIn(InstanceGeometry& instance, const IGeometryPtr& geometry)
+/// The replacement of a geometry by another in everything that uses it.
+class GeometryReplacement
 {
-    instance.setMaterialMap(bindingsFor(*geometry, instance));
-    instance.assembleMaterialsList();
-    instance.setGeometry(geometry);
-}
+public:
+    GeometryReplacement(const GeometryUsers& users, const IGeometryPtr& replaced,
+                        const IGeometryPtr& geometry)
+    {
+        for (const InstanceGeometryPtr& instance : users.instances)
+        {
+            if (instance->getGeometry() == replaced)
+            {
+                m_instances.emplace_back(instance,
+                                         boost::make_shared<InstanceGeometry>(
+                                             geometry, bindingsFor(*geometry, *instance)));
+            }
+        }
+        for (const ControllerPtr& controller : users.controllers)
+        {
+            const SkinPtr skin = controller->getSkin();
+            const MorphPtr morph = controller->getMorph();
+            if (skin && skin->getSourceGeometry() == replaced)
+            {
+                m_skins.push_back(skin);
+            }
+            if (morph && morph->getSourceGeometry() == replaced)
+            {
+                m_morphs.push_back(morph);
+            }
+        }
+    }
+
+    /// Lets the users have `geometry`. Needs no memory.
+    void apply(const IGeometryPtr& geometry)
+    {
+        for (const auto& [instance, other] : m_instances)
+        {
+            instance->exchange(*other);
+        }
+        m_instances.clear(); // what it holds may be freed now
+        for (const SkinPtr& skin : m_skins)
+        {
+            skin->setSourceGeometry(geometry);
+        }
+        for (const MorphPtr& morph : m_morphs)
+        {
+            morph->setSourceGeometry(geometry);
+        }
+    }
+
+private:
+    std::vector<std::pair<InstanceGeometryPtr, InstanceGeometryPtr>> m_instances;
+    std::vector<SkinPtr> m_skins;
+    std::vector<MorphPtr> m_morphs;
+};
 } // namespace
 
 void SceneManager::replaceSharedStreams(const StreamPtr& current, const StreamPtr& stream)
@@ -77,35 +104,8 @@ void SceneManager::replaceSharedStreams(const StreamPtr& current, const StreamPt
     {
         return;
     }
-    const GeometryUsers users(getNodeArray(), m_controllers.items());
-    std::vector<IGeometryPtr> geometries;
-    getGeometryManager()->getGeometries(geometries);
-    std::set<IGeometryPtr> held(geometries.begin(), geometries.end());
-    for (const InstanceGeometryPtr& instance : users.instances)
-    {
-        held.insert(instance->getGeometry());
-    }
-    for (const ControllerPtr& controller : users.controllers)
-    {
-        const SkinPtr skin = controller->getSkin();
-        if (skin)
-        {
-            held.insert(skin->getSourceGeometry());
-            skin->replaceStream(replaced, kept);
-        }
-        if (controller->getMorph())
-        {
-            held.insert(controller->getMorph()->getSourceGeometry());
-        }
-    }
-    for (const IGeometryPtr& geometry : held)
-    {
-        auto* const mesh = dynamic_cast<Mesh*>(geometry.get());
-        if (mesh != nullptr)
-        {
-            mesh->replaceStream(replaced, kept);
-        }
-    }
+    const StreamUsers users(*this);
+    users.replace(replaced, kept);
 }
 
 void SceneManager::replaceGeometry(const std::string& id, const IGeometryPtr& geometry)
@@ -114,34 +114,15 @@ void SceneManager::replaceGeometry(const std::string& id, const IGeometryPtr& ge
     const std::string replacedID = id;
     const IGeometryPtr kept = geometry;
     const GeometryManagerPtr library = getGeometryManager();
-    const IGeometry* const replaced = library->getGeometry(replacedID).get();
-    if (!kept || replaced == nullptr)
+    IGeometryPtr replaced = library->getGeometry(replacedID);
+    if (!kept || !replaced)
     {
         return;
     }
-    // The library goes last: it frees what nobody else holds any more.
-    const GeometryUsers users(getNodeArray(), m_controllers.items());
-    for (const InstanceGeometryPtr& instance : users.instances)
-    {
-        if (instance->getGeometry().get() == replaced)
-        {
-            replaceIn(*instance, kept);
-        }
-    }
-    for (const ControllerPtr& controller : users.controllers)
-    {
-        const SkinPtr skin = controller->getSkin();
-        const MorphPtr morph = controller->getMorph();
-        if (skin && skin->getSourceGeometry().get() == replaced)
-        {
-            skin->setSourceGeometry(kept);
-        }
-        if (morph && morph->getSourceGeometry().get() == replaced)
-        {
-            morph->setSourceGeometry(kept);
-        }
-    }
+    GeometryReplacement replacement(GeometryUsers(*this), replaced, kept);
     library->replaceGeometry(replacedID, kept);
+    replacement.apply(kept); // nothing fails from here on
+    GeometryManager::letGo(std::move(replaced));
     raise(events::geometryTopologyUpdate(), replacedID);
     raise(events::syncScene(), "");
 }

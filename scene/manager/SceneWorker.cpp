@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -114,7 +115,13 @@ bool SceneWorker::State::updateControllers()
             {
                 break;
             }
-            changed = controller->update(elapsed) || changed;
+            try
+            {
+                changed = controller->update(elapsed) || changed;
+            }
+            catch (const std::bad_alloc&) // it misses this turn, the others do not
+            {
+            }
         }
         lastUpdateTime = now;
     }
@@ -251,9 +258,15 @@ void SceneWorker::run(const std::shared_ptr<State>& state)
     state->startCondition.notify_one();
     while (!state->stopRequested)
     {
-        if (state->updateControllers())
+        try
         {
-            state->announceChange();
+            if (state->updateControllers())
+            {
+                state->announceChange();
+            }
+        }
+        catch (const std::bad_alloc&) // there may be memory in the next turn
+        {
         }
         if (!state->stopRequested)
         {

@@ -19,6 +19,8 @@ namespace velmoran::scene
 /// | stopped | `stop`, destructor | no further update; the thread has ended, or ends    |
 /// |         |                    | after this turn when it stopped itself              |
 ///
+/// A `std::bad_alloc` out of a controller or a handler ends what that does in this turn, and
+/// nothing else.
 /// What the thread touches belongs to a state that it shares with this object, so
 /// that the object may be destroyed on the thread itself.
 /// Threads: every operation may be called from any thread, `unlockScene` from the one

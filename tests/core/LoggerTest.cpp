@@ -7,9 +7,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <fstream>
 #include <regex>
 #include <sstream>
+#include <sys/resource.h>
 #include <thread>
 
 using namespace velmoran::core::logger;
@@ -142,6 +144,26 @@ TEST(FileLog, DropsWhatCanNotBeWrittenAndReportsAFileThatCanNotBeOpenedOnce)
     }
     EXPECT_THAT(::testing::internal::GetCapturedStderr(),
                 ::testing::MatchesRegex("[^\n]*\"" + missing + "\"[^\n]*\n"));
+}
+
+TEST(FileLog, GoesOnOnALineOfItsOwnWhenThereIsRoomAgain)
+{
+    const std::string fileName = "FileLogFull.log";
+    std::ofstream(fileName, std::ios::trunc);
+    const auto writer = FileWriterFactory::getInstance()->getFileWriter(fileName);
+    // A file that may not grow beyond a size stands for a disk.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    rlimit full = before;
+    full.rlim_cur = 5;
+    setrlimit(RLIMIT_FSIZE, &full);
+    writer->write("cut off\n");
+    writer->write("dropped\n");
+    setrlimit(RLIMIT_FSIZE, &before);
+    writer->write("whole\n");
+    writer->write("another\n");
+    EXPECT_EQ(contentOf(fileName), "cut o\nwhole\nanother\n");
 }
 
 TEST(ConsoleLog, GoesToStandardOutput)
