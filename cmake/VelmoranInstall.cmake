@@ -80,6 +80,10 @@ foreach(short core scene)
         FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers})
 endforeach()
 
+if(NOT VELMORAN_INSTALL)
+    return()
+endif()
+
 install(TARGETS velmoran_core velmoran_scene EXPORT velmoran_targets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         COMPONENT runtime NAMELINK_COMPONENT development

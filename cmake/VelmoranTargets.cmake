@@ -36,6 +36,7 @@ function(velmoran_add_library name short)
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/velmoran>)
     set_target_properties(${name} PROPERTIES
         EXPORT_NAME ${short}
+        INSTALL_RPATH $ORIGIN # one library finds the other, wherever they are
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR})
 endfunction()
