@@ -114,6 +114,20 @@ TEST_F(MatrixPlayback, StepsAndMultipliesOntoWhatPrecedesTheMatrix)
     EXPECT_TRUE((evaluated[node][0] * evaluated[node][1] * evaluated[node][2]).isApprox(second));
 }
 
+TEST_F(MatrixPlayback, IsBlendedBesideAnotherDrivenTransformation)
+{
+    node->setOriginalTransformations(
+        {named(boost::make_shared<TransformationTranslate>(Vector3(0, 0, 0)), "t"),
+         node->getOriginalTransformations()[0]});
+    scene.play(makeSampler({0, 1}, {0, 0, 6, 0, 0, 8}, 3), "n/t");
+    scene.animation->addChannel(makeSampler({0, 1}, joined({first, second}), 16), "n/m");
+    scene.player->setAnimation(scene.animation);
+    scene.showAt(500);
+    Matrix4f expected = posed(Vector3f(1, 2, 0), 45, Vector3f::UnitZ(), Vector3f(1, 2, 1));
+    expected(2, 3) += 7.0F;
+    expectPose(expected);
+}
+
 TEST_F(MatrixPlayback, ChangesBetweenTurnsAreNoticedAtTheNextOne)
 {
     const SamplerPtr sampler = makeSampler({0, 1, 3}, joined({first, second, second}), 16);

@@ -67,6 +67,21 @@ TEST_F(NormalsOfASquare, ComeIntoANewStreamWhereThereAreNone)
     EXPECT_EQ(normals->getCount(), 77);
 }
 
+TEST_F(NormalsOfASquare, ReadPositionsOfAnyWidth)
+{
+    owned.addTriangles({VERTEX_INPUT}, square);
+    positions->setStride(4);
+    positions->setData({0, 0, 0, 9, 1, 0, 0, 8, 1, 1, 0, 7, 0, 1, 0, 6});
+    owned.mesh->recalculateVertexNormals();
+    const StreamPtr normals = owned.mesh->getStream("VM_Calculated_Normals");
+    EXPECT_THAT(normals->getData(), are({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1}));
+
+    positions->setStride(2);
+    positions->setData({0, 0, 0, 1, 1, 1, 1, 0}); // the other way round
+    owned.mesh->recalculateVertexNormals();
+    EXPECT_THAT(normals->getData(), are({0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1}));
+}
+
 TEST_F(NormalsOfASquare, StandOnceInASlotOfTheirOwn)
 {
     const StreamPtr old = makeStream("normals", 3, {5, 5, 5});
