@@ -16,9 +16,11 @@ namespace velmoran::core::event
 class VELMORAN_CORE_EXPORT Event
 {
 public:
+    /// An event of these contents, which never change.
     Event(EventType type, EventData data, std::string source);
     virtual ~Event();
 
+    /// Copies share the content.
     Event(const Event& other);
     Event& operator=(const Event& other);
 

@@ -41,6 +41,7 @@ namespace velmoran::core::event
 class VELMORAN_CORE_EXPORT EventBase
 {
 public:
+    /// What is called with an event of a type.
     using Handler = boost::function<void(Event)>;
 
     /// Starts attached to `eventManager`, which may be empty.

@@ -13,10 +13,14 @@ namespace velmoran::core::event
 class VELMORAN_CORE_EXPORT EventData
 {
 public:
+    /// Takes the string as it is.
     EventData(std::string data);
+
+    /// The same; null gives the empty string.
     EventData(const char* data);
     virtual ~EventData();
 
+    /// Copies have a string of their own.
     EventData(const EventData& other);
     EventData(EventData&& other) noexcept;
     EventData& operator=(const EventData& other);

@@ -15,10 +15,14 @@ namespace velmoran::core::event
 class VELMORAN_CORE_EXPORT EventType
 {
 public:
+    /// A type of this name; any text will do.
     EventType(std::string name);
+
+    /// The same.
     EventType(const char* name);
     virtual ~EventType();
 
+    /// Copies share the name.
     EventType(const EventType& other);
     EventType& operator=(const EventType& other);
 

@@ -19,6 +19,8 @@ class VELMORAN_CORE_EXPORT Revision
 {
 public:
     Revision() = default;
+
+    /// Starts at 0, whatever the other one counts.
     Revision(const Revision&) : Revision() {}
     Revision& operator=(const Revision& other)
     {

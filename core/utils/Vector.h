@@ -21,6 +21,7 @@ class Vector
 public:
     Vector() : m_elements(), m_size(COMPONENTS) {}
 
+    /// Three components, for vectors of three only.
     Vector(T x, T y, T z) : m_elements{{x, y, z}}, m_size(2 * COMPONENTS)
     {
         static_assert(N == 3, "three values make a vector of three components");

@@ -28,6 +28,7 @@ public:
     /// A sampler and its target.
     using Channel = std::pair<SamplerPtr, std::string>;
 
+    /// An empty animation, whose target node is not set.
     Animation(std::string id, std::string name);
 
     virtual ~Animation();
@@ -39,7 +40,8 @@ public:
     const std::string& getName() const;
     void setName(std::string name);
 
-    // Data: streams and the samplers that give them their roles
+    /// @name Streams, and samplers that give them their roles
+    /// @{
 
     /// Replaces all streams; empty handles are left out.
     void setStreams(const std::vector<StreamPtr>& streams);
@@ -55,7 +57,10 @@ public:
     /// The first sampler with this ID; empty when there is none. Linear.
     SamplerPtr getSamplerById(const std::string& id) const;
 
-    // Channels
+    /// @}
+
+    /// @name Channels
+    /// @{
 
     /// Appends a channel, even an equal one or one whose sampler is empty.
     void addChannel(const SamplerPtr& sampler, std::string target);
@@ -63,7 +68,10 @@ public:
     /// The channels in the order of adding.
     std::vector<Channel> getChannelArray() const;
 
-    // Children
+    /// @}
+
+    /// @name Children
+    /// @{
 
     /// Appends a child. An empty handle and this animation itself are ignored; no
     /// other animation may come to stand below itself.
@@ -76,7 +84,11 @@ public:
     /// Removes the children behind the first `count`. Needs no memory.
     void removeChildAnimationsFrom(std::size_t count);
 
-    // The whole tree. An animation that is listed more than once counts once.
+    /// @}
+
+    /// @name The whole tree
+    /// An animation that is listed more than once counts once.
+    /// @{
 
     /// The time of the last key of all channels here and below, cut to whole
     /// milliseconds; zero when there is none. A channel counts when its "INPUT" stream
@@ -94,8 +106,12 @@ public:
     /// without children valid. Of several children only the last one counts.
     bool isValid() const;
 
-    // Keyframe editing. Keys are the local matrices of nodes, one sampler for each
-    // transformation of the matrix kind, in child animations of this one.
+    /// @}
+
+    /// @name Keyframe editing
+    /// Keys are the local matrices of nodes, one sampler for each transformation of the matrix
+    /// kind, in child animations of this one.
+    /// @{
 
     /// The sampler that keys `target` on the node `nodeId`: that of the first child that
     /// was made for both, else of a new child.
@@ -136,7 +152,10 @@ public:
     /// The same here alone. Needs no memory.
     void removeOwnKeyFrame(float time);
 
-    // Settings
+    /// @}
+
+    /// @name Settings
+    /// @{
 
     /// A number that is kept for whoever sets it; 0 at first.
     int getTimeRange() const;
@@ -144,7 +163,11 @@ public:
 
     /// The node whose transformations this animation edits; empty unless set.
     NodePtr getTargetNode() const;
+
+    /// Holds `node`, which may be empty.
     void setTargetNode(const NodePtr& node);
+
+    /// @}
 
     /// Moves on with every channel and child that is added; samplers, streams and
     /// children have their own.

@@ -88,6 +88,7 @@ struct ChannelBinding;
 class VELMORAN_SCENE_EXPORT AnimationManager : public ISceneController
 {
 public:
+    /// A time or a span of time.
     using Duration = boost::posix_time::time_duration;
 
     /// The SIDs of the transformations that playback drives, by node.
@@ -104,7 +105,8 @@ public:
     AnimationManager(const AnimationManager&) = delete;
     AnimationManager& operator=(const AnimationManager&) = delete;
 
-    // Scene controller
+    /// @name Scene controller
+    /// @{
 
     /// False: playing writes to the scene's nodes.
     bool isReadOnly() override;
@@ -118,7 +120,10 @@ public:
     /// A special value, such as not-a-date-time, counts as no time.
     bool update(boost::posix_time::time_duration elapsed) override;
 
-    // Current animation
+    /// @}
+
+    /// @name Current animation
+    /// @{
 
     /// Makes `animation` the one that is played, sets up its targets and takes its
     /// duration. The playhead stays where it is. An empty handle plays nothing.
@@ -130,11 +135,18 @@ public:
 
     AnimationPtr getAnimation() const;
 
-    // Playhead
+    /// @}
+
+    /// @name Playhead
+    /// @{
 
     /// Stops where the playhead is: the time target becomes the current time.
     void pause();
+
+    /// Lets the playhead run on from where it is.
     void resume();
+
+    /// Whether the playhead stands or glides to its target.
     bool paused() const;
 
     /// Whether a paused playhead glides to its target (true) or jumps there.
@@ -152,7 +164,10 @@ public:
     /// The duration of the current animation when it was set or last keyed here.
     Duration getLoopDuration() const;
 
-    // Evaluation
+    /// @}
+
+    /// @name Evaluation
+    /// @{
 
     /// Evaluates `animation` at the current time over the nodes of the scene. Sets the
     /// entry of each node for which a channel has a value; leaves other entries alone.
@@ -178,7 +193,10 @@ public:
     /// 3; -1 for any other name.
     static int indexOfCoordinateValue(std::string name);
 
-    // Targets
+    /// @}
+
+    /// @name Targets
+    /// @{
 
     const TargetedTransformations& getTargetedTransformationsMap() const;
 
@@ -186,7 +204,10 @@ public:
     std::vector<std::string> getTargetedTransformationsForNode(const NodePtr& node) const;
     bool isNodeTargeted(const NodePtr& node) const;
 
-    // Keyframe editing
+    /// @}
+
+    /// @name Keyframe editing
+    /// @{
 
     /// Records the pose of the scene's nodes at `time` (seconds) in the current animation
     /// and pauses.
@@ -198,7 +219,7 @@ public:
     /// times and each node's local matrix is keyed, except for the root and the node of
     /// the scene's first camera; a node with the scene's ID counts as the root. Without
     /// current animation only the lists are converted. A time that is not finite does
-    /// nothing. Linear in the number of nodes and of keys.
+    /// nothing. Costs time in proportion to n log n for n nodes, plus the keys.
     void insertKeyframe(float time);
 
     /// Removes the frame times that equal `time`, but of several in a row only every
@@ -218,7 +239,10 @@ public:
     std::vector<float>& getFrameTimes();
     const std::vector<float>& getFrameTimes() const;
 
-    // Animation camera
+    /// @}
+
+    /// @name Animation camera
+    /// @{
 
     /// The scene's first camera instance. A scene that has none gets a camera at a node
     /// with the ID "DefaultCamera", and the answer is empty this once. Empty without scene.
@@ -230,6 +254,8 @@ public:
     /// scene has no camera yet, this one becomes its default camera. Nothing without
     /// scene.
     void addAnimationCamera();
+
+    /// @}
 
 private:
     using BaseMatrices = std::map<NodePtr, Eigen::Matrix4f>; ///< identity where there is no entry

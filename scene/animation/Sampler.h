@@ -28,6 +28,7 @@ public:
         UNKNOWN = 5        ///< any other text; never found by look-up
     };
 
+    /// A sampler without inputs.
     explicit Sampler(std::string id);
 
     virtual ~Sampler();

@@ -18,6 +18,7 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT Controller
 {
 public:
+    /// A controller without skin and morph.
     Controller(std::string id, std::string name);
 
     virtual ~Controller();
@@ -41,11 +42,15 @@ public:
     /// morph's; empty when there is neither.
     IGeometryPtr getSourceGeometry() const;
 
-    // The bounds of the skin's source geometry (see `IGeometry`); (0, 0, 0) without one.
+    /// @name Bounds
+    /// Those of the skin's source geometry (see `IGeometry`); (0, 0, 0) without one.
+    /// @{
 
     Eigen::Vector3f getBVCenter() const;
     Eigen::Vector3f getBVMin() const;
     Eigen::Vector3f getBVMax() const;
+
+    /// @}
 
 private:
     std::string m_id;

@@ -9,10 +9,12 @@ namespace velmoran::scene
 {
 /// A blend of whole shapes, of which the scene keeps the geometry only.
 ///
+/// Ownership: shares the geometry; held by controllers.
 /// Threads: not locked; callers serialise access.
 class VELMORAN_SCENE_EXPORT Morph
 {
 public:
+    /// A morph of `sourceGeometry`, which may be empty.
     explicit Morph(const IGeometryPtr& sourceGeometry);
 
     virtual ~Morph();

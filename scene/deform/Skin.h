@@ -43,7 +43,8 @@ public:
     const Eigen::Matrix4f& getBindShapeMatrix() const;
     void setBindShapeMatrix(const Eigen::Matrix4f& matrix);
 
-    // Streams and inputs
+    /// @name Streams and inputs
+    /// @{
 
     /// Replaces all streams; empty handles are left out. An input whose stream is not
     /// among them goes to the first stream of the same ID, and is empty when there is
@@ -98,7 +99,10 @@ public:
     /// Replaces the binding by one that `getBinding` of this skin gave. Needs no memory.
     void restoreBinding(Binding binding);
 
-    // Influences
+    /// @}
+
+    /// @name Influences
+    /// @{
 
     /// The number of influences of each vertex.
     const std::vector<unsigned int>& getVCount() const;
@@ -126,6 +130,8 @@ public:
     /// Cost: as two calls of `getVertexJointsAndWeights`.
     void calculateNewJointsAndWeights(int vertexA, int vertexB, std::vector<int>& joints,
                                       std::vector<float>& weights) const;
+
+    /// @}
 
 private:
     enum Input

@@ -16,6 +16,7 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT IGeometry
 {
 public:
+    /// What a geometry is made of.
     enum Type : std::int32_t
     {
         CONVEX_MESH = 0,
@@ -42,12 +43,15 @@ public:
     /// A copy with the same ID and name; never empty.
     virtual IGeometryPtr clone() const = 0;
 
-    // Bounds in the geometry's own space, computed when they are first asked for: that
-    // counts as writing.
+    /// @name Bounds
+    /// In the geometry's own space, computed when they are first asked for: that counts as writing.
+    /// @{
 
     virtual Eigen::Vector3f getBVCenter() = 0;
     virtual Eigen::Vector3f getBVMin() = 0;
     virtual Eigen::Vector3f getBVMax() = 0;
+
+    /// @}
 
     /// Computes the normals anew from the faces and positions.
     virtual void recalculateVertexNormals() = 0;

@@ -17,6 +17,7 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT IMeshPrimitive
 {
 public:
+    /// How faces stand in the index records.
     enum Type : std::int32_t
     {
         TRIANGLES = 1,
@@ -56,11 +57,15 @@ public:
     /// Writes a description for people to standard output.
     virtual void print() = 0;
 
-    // Bounds of the positions: three floats each.
+    /// @name Bounds of the positions
+    /// Three floats each.
+    /// @{
 
     virtual std::vector<float> getBVMin() const = 0;
     virtual std::vector<float> getBVMax() const = 0;
     virtual std::vector<float> getBVCenter() const = 0;
+
+    /// @}
 
     /// The name that an `InstanceGeometry` binds to a material.
     virtual void setMaterialSymbol(std::string symbol) = 0;

@@ -11,7 +11,9 @@ namespace velmoran::scene
 {
 /// One face of a primitive with its assembled corners.
 ///
-/// Faces are copies of what the streams hold: changing one changes no mesh.
+/// Faces are copies of what the streams hold: changing one changes no mesh and raises
+///     nothing.
+/// Threads: not locked. Reading from several threads at once is safe while nobody writes.
 class VELMORAN_SCENE_EXPORT IPrimitive
 {
 public:
@@ -21,7 +23,7 @@ public:
     /// Moves the positions of all corners by `matrix`; other attributes stay.
     virtual void applyTransform(const Eigen::Matrix4f& matrix) = 0;
 
-    /// The corners in order.
+    /// The corners in order, shared with the face. Entries may be empty.
     virtual std::vector<VertexPtr> getVertexArray() const = 0;
 
     /// Whether `ray` meets the face, from either side and not behind its origin; its

@@ -21,6 +21,8 @@ public:
 
     /// Binds `material` to the symbol "velmoran_material".
     InstanceGeometry(const IGeometryPtr& geometry, const MaterialPtr& material);
+
+    /// Takes several bindings, as they are.
     InstanceGeometry(const IGeometryPtr& geometry, MaterialMap bindings);
 
     virtual ~InstanceGeometry();

@@ -51,12 +51,14 @@ public:
     /// primitives still point at this mesh's streams.
     IGeometryPtr clone() const override;
 
-    // Bounds: axis-aligned, in the mesh's own space, (0, 0, 0) at the start.
-    //
-    // Computed when they are first asked for, and again after the lists of streams,
-    // vertices or primitives have changed through this mesh: each primitive's
-    // `calculateMinMax`, then `calculateBV`. What is changed in a stream or a primitive
-    // itself is seen by an explicit `calculateMinMax` and `calculateBV`.
+    /// @name Bounds
+    /// Axis-aligned, in the mesh's own space, (0, 0, 0) at the start.
+    ///
+    /// Computed when they are first asked for, and again after the lists of streams, vertices or
+    /// primitives have changed through this mesh: each primitive's `calculateMinMax`, then
+    /// `calculateBV`. What is changed in a stream or a primitive itself is seen by an explicit
+    /// `calculateMinMax` and `calculateBV`.
+    /// @{
 
     /// The sum of the primitives' centres, not divided by their number; of a mesh without
     /// primitives the middle between minimum and maximum.
@@ -75,13 +77,19 @@ public:
     /// changed positions in place.
     void forgetBV();
 
-    /// The same as `calculateBV` for the maximum or the minimum alone.
+    /// The same as `calculateBV` for the maximum alone.
     void calculateBVMax();
+
+    /// The same as `calculateBV` for the minimum alone.
     void calculateBVMin();
 
-    // Refinement. The triangle primitives are treated as one, because they share positions;
-    // then primitives of other kinds, and those that another mesh's positions belong to, do
-    // it for themselves, in order.
+    /// @}
+
+    /// @name Refinement
+    /// The triangle primitives are treated as one, because they share positions; then primitives of
+    /// other kinds, and those that another mesh's positions belong to, do it for themselves, in
+    /// order.
+    /// @{
 
     /// Computes the normals of all triangle primitives anew. See
     /// `TriangleMeshPrimitive::recalculateVertexNormals`; normals that are stored with
@@ -94,7 +102,10 @@ public:
     /// triangle primitives keeps its streams.
     void subDivide(const ControllerPtr& controller) override;
 
-    // Streams
+    /// @}
+
+    /// @name Streams
+    /// @{
 
     /// Appends `stream`; an empty handle is ignored.
     void addStream(const StreamPtr& stream);
@@ -109,6 +120,8 @@ public:
 
     /// Replaces the list; empty handles are left out.
     void setStreams(const std::vector<StreamPtr>& streams);
+
+    /// Empties the list; vertices list and primitives keep the streams that they use.
     void clearStreams();
 
     /// Puts `stream` in the place of `current` wherever this mesh holds that: in the list
@@ -116,7 +129,10 @@ public:
     /// when either is empty. A stream that is in the list already is not listed twice.
     void replaceStream(const StreamPtr& current, const StreamPtr& stream);
 
-    // Vertices list
+    /// @}
+
+    /// @name Vertices list
+    /// @{
 
     /// Appends `mapping`, unless there is one of its semantic already.
     void addVerticesMapping(const StreamMapping& mapping);
@@ -129,6 +145,8 @@ public:
     /// Replaces the list of streams and the vertices list, which are as their setters leave
     /// them: without empty handles and repeated semantics. Needs no memory.
     void takeStreams(std::vector<StreamPtr> streams, std::vector<StreamMapping> vertices);
+
+    /// Empties the vertices list; the streams stay in theirs.
     void clearVertices();
 
     /// The ID of the vertices list as an element of its own.
@@ -138,7 +156,10 @@ public:
     /// Removes the streams and vertices mappings behind the first ones. Needs no memory.
     void cutStreamsTo(std::size_t streams, std::size_t vertices);
 
-    // Primitives
+    /// @}
+
+    /// @name Primitives
+    /// @{
 
     /// Appends `primitive`; an empty handle is ignored.
     void addPrimitive(const IMeshPrimitivePtr& primitive);
@@ -150,6 +171,8 @@ public:
 
     /// Lets go of all primitives. If they alone held this mesh, it is gone afterwards.
     void clearPrimitives();
+
+    /// @}
 
 private:
     struct Extreme;

@@ -59,7 +59,9 @@ public:
     /// "velmoran_material" at the start.
     std::string getMaterialSymbol() const override;
 
-    // Locating inputs. `INVALID` is never found.
+    /// @name Locating inputs
+    /// `INVALID` is never found.
+    /// @{
 
     /// The number of distinct offsets of the inputs.
     unsigned int calculateIndexStreamStride() const;
@@ -85,7 +87,10 @@ public:
     /// bounds stay, and so does what a primitive knows of its faces beside their records.
     void setFaces(std::vector<StreamMapping> mapping, std::vector<unsigned int> indices);
 
-    // Reading and adding values
+    /// @}
+
+    /// @name Reading and adding values
+    /// @{
 
     /// The stream that takes values of `element`: the one that is there, else a new one
     /// of the element's size, which is added to the mesh and to the inputs. It stores
@@ -103,6 +108,8 @@ public:
     /// returns `into`. Leaves out what has no such tuple; replaces what is there.
     VertexPtr assembleVertexFromVertices(unsigned int vertexIndex, const VertexPtr& into) const;
 
+    /// @}
+
 protected:
     /// Adds to `into` a copy of tuple `index` of the mapping's stream; nothing if there is
     /// no such tuple, or the mapping means `VERTEX` or `INVALID`.
@@ -112,14 +119,14 @@ protected:
     /// be stored. See `TriangleMeshPrimitive::addTriangle`.
     bool appendCorners(const std::vector<VertexPtr>& corners, bool shareEqualValues);
 
-    mutable core::logger::Logger m_logger;
-    MeshPtr m_mesh; ///< strong; `Mesh::clearPrimitives` breaks the circle
-    std::vector<StreamMapping> m_streamMapping;
-    std::vector<unsigned int> m_indexStream;
-    Type m_type;
-    std::string m_materialSymbol;
-    std::vector<float> m_bvMin; ///< 3 floats
-    std::vector<float> m_bvMax; ///< 3 floats
+    mutable core::logger::Logger m_logger; ///< to "SceneManager.log" and standard output
+    MeshPtr m_mesh;                        ///< strong; `Mesh::clearPrimitives` breaks the circle
+    std::vector<StreamMapping> m_streamMapping; ///< the inputs
+    std::vector<unsigned int> m_indexStream;    ///< the index records in a row
+    Type m_type;                                ///< the kind of faces
+    std::string m_materialSymbol;               ///< what instances bind a material to
+    std::vector<float> m_bvMin;                 ///< 3 floats
+    std::vector<float> m_bvMax;                 ///< 3 floats
 
 private:
     void initLogger();

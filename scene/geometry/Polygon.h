@@ -20,6 +20,7 @@ public:
 
     ~Polygon() override;
 
+    /// Copies share the vertices.
     Polygon(const Polygon& other);
     Polygon& operator=(const Polygon& other);
 
@@ -31,7 +32,7 @@ public:
     /// Corner `index`; empty when there is none.
     VertexPtr getVertexAt(unsigned int index) const;
 
-    /// The corners in order.
+    /// The corners in order. Entries may be empty.
     const std::vector<VertexPtr>& getVertices() const;
     std::vector<VertexPtr> getVertexArray() const override;
 

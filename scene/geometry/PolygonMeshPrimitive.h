@@ -23,6 +23,7 @@ public:
     /// record begins.
     using TableEntry = std::pair<unsigned int, unsigned int>;
 
+    /// A primitive without faces.
     PolygonMeshPrimitive(const MeshPtr& mesh, std::vector<StreamMapping> mapping);
 
     /// Faces by their index records; `polygonCounts` has the number of corners of each, in

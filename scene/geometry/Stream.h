@@ -33,6 +33,7 @@ public:
 
     virtual ~Stream();
 
+    /// Copies everything, the lists included.
     Stream(const Stream& other);
     Stream& operator=(const Stream& other);
 
@@ -91,18 +92,26 @@ public:
     /// writing.)
     std::vector<float>& mutableData();
 
-    // Description of the source, which the library only keeps for readers and writers.
+    /// @name Description of the source
+    /// The library only keeps it, for readers and writers.
+    /// @{
 
     const std::vector<Param>& getParamList() const;
+
+    /// Appends a parameter; their number need not be the stride.
     void addParam(const std::string& name, const std::string& type);
 
     /// Texts of a source that holds names, such as joints or interpolations.
     const std::vector<std::string>& getNameList() const;
+
+    /// Appends a name, also one that is there.
     void addName(const std::string& name);
     void setNameList(std::vector<std::string> names);
 
     /// The names for editing in place, as `mutableData`.
     std::vector<std::string>& mutableNameList();
+
+    /// @}
 
     /// Moves on with every change of anything above but the ID.
     const core::utils::Revision& getRevision() const;

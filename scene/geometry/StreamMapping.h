@@ -16,6 +16,7 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT StreamMapping
 {
 public:
+    /// Takes the three as they are; `stream` may be empty.
     StreamMapping(StreamSemantic semantic, const StreamPtr& stream, int offset);
 
     /// The semantic is read from its name; an unknown name gives `INVALID`.
@@ -23,6 +24,7 @@ public:
 
     virtual ~StreamMapping();
 
+    /// Copies share the stream.
     StreamMapping(const StreamMapping& other);
     StreamMapping(StreamMapping&& other) noexcept;
     StreamMapping& operator=(const StreamMapping& other);

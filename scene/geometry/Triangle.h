@@ -24,6 +24,7 @@ public:
 
     ~Triangle() override;
 
+    /// Copies share the vertices and have a cache of their own.
     Triangle(const Triangle& other);
     Triangle& operator=(const Triangle& other);
 
@@ -36,13 +37,16 @@ public:
     /// and updates the cache. A vertex that is two corners at once moves once.
     void applyTransform(const Eigen::Matrix4f& matrix) override;
 
+    /// The three corners in order; an entry is empty where none was given.
     std::vector<VertexPtr> getVertexArray() const override;
 
-    // Tests. Both are closed: what touches the boundary meets it, also where coordinates
-    // must be rounded, so that a ray through an edge of two triangles never slips between
-    // them. Rounding makes a gap count as touching only around 1e-15 of the size. A triangle
-    // whose positions lie exactly on one line has no area and meets nothing, nor does one with
-    // a coordinate that is not finite.
+    /// @name Tests
+    /// Both are closed: what touches the boundary meets it, also where coordinates must be rounded,
+    /// so that a ray through an edge of two triangles never slips between them. Rounding makes a
+    /// gap count as touching only around 1e-15 of the size. A triangle whose positions lie exactly
+    /// on one line has no area and meets nothing, nor does one with a coordinate that is not
+    /// finite.
+    /// @{
 
     /// Möller and Trumbore's test (1997), from either side and not behind the origin. False
     /// for an empty handle, a ray without direction or within the triangle's plane, and
@@ -53,10 +57,12 @@ public:
     /// axis and for coordinates that are not finite.
     bool intersects(const Eigen::Vector3f& min, const Eigen::Vector3f& max) const override;
 
+    /// @}
+
     /// The positions of the corners in order, as the cache holds them.
     const std::array<Eigen::Vector3f, 3>& getPositions() const;
 
-    /// Corner 0, 1 or 2; empty for any other index.
+    /// Corner 0, 1 or 2; empty for any other index, and when none was given.
     VertexPtr getVertexAt(unsigned int index) const;
 
     /// Reads the positions again. An edge without length gets 0.001 added to its x, so

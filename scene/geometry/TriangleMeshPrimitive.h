@@ -25,13 +25,17 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT TriangleMeshPrimitive : public MeshPrimitiveBase
 {
 public:
+    /// A primitive without faces; see `MeshPrimitiveBase`.
     TriangleMeshPrimitive(const MeshPtr& mesh, std::vector<StreamMapping> mapping);
+
+    /// A primitive whose triangles are given by their index records.
     TriangleMeshPrimitive(const MeshPtr& mesh, std::vector<StreamMapping> mapping,
                           std::vector<unsigned int> indices);
 
     ~TriangleMeshPrimitive() override;
 
-    // Reading
+    /// @name Reading and adding
+    /// @{
 
     /// The number of whole triangles in the index stream.
     unsigned int getCount() const override;
@@ -66,7 +70,10 @@ public:
     /// stored until then stays, corners before that one included.
     bool addTriangle(const TrianglePtr& triangle, bool shareEqualValues);
 
-    // Rebuilding
+    /// @}
+
+    /// @name Rebuilding
+    /// @{
 
     /// Replaces the inputs; the index records stay.
     void setStreamMapping(std::vector<StreamMapping> mapping);
@@ -151,7 +158,10 @@ public:
     /// Raises no event; see `GeometryManager::subDivideGeometry`.
     void subDivide(const ControllerPtr& controller) override;
 
-    // Other
+    /// @}
+
+    /// @name Other
+    /// @{
 
     /// Whether `a` comes before `b` by x, then y, then z. False where the deciding
     /// coordinates can't be compared.
@@ -163,6 +173,8 @@ public:
     /// A copy for `mesh` with the inputs and index records; the inputs share the streams.
     /// Material symbol and bounds start anew.
     IMeshPrimitivePtr clone(const MeshPtr& mesh) const override;
+
+    /// @}
 
 private:
     unsigned int countElements() const;

@@ -17,17 +17,25 @@ namespace velmoran::scene
 /// Ownership: shares its elements with its copies. A value lives as long as any
 ///     vertex that lists its element. A setter puts a new element in the place of an
 ///     old one of its semantic, so copies keep the old one.
+/// Events: none; a vertex is no part of a scene.
+/// Threads: not locked. Vertices that share elements may be used on several threads as
+///     long as nobody writes to the elements' floats.
 class VELMORAN_SCENE_EXPORT Vertex
 {
 public:
+    /// A vertex without elements.
     Vertex();
     virtual ~Vertex();
 
+    /// Copies share the elements.
     Vertex(const Vertex& other);
     Vertex& operator=(const Vertex& other);
 
-    // Setters. Each copies its floats, except for those that take an array: they take
-    // over `values`, `n` floats from array new.
+    /// @name Setters
+    /// Each puts a new element in the place of the one of its meaning, or behind the others. It
+    /// copies its floats, however many there are, except where it takes an array: there it takes
+    /// over `values`, `n` floats from array new, which may be null if `n` is 0.
+    /// @{
 
     void setPosition(float x, float y);
     void setPosition(float x, float y, float z);
@@ -54,7 +62,11 @@ public:
     void setTextCoord(int set, const std::vector<float>& values);
     void setTextCoord(int set, int n, float* values);
 
-    // Getters; an empty handle when the vertex has no such element.
+    /// @}
+
+    /// @name Getters
+    /// An empty handle when the vertex has no such element.
+    /// @{
 
     VertexElementPtr getPosition() const;
     VertexElementPtr getColor() const;
@@ -72,7 +84,10 @@ public:
     /// The first three floats of the position; missing ones are 0.
     core::utils::Vector<float, 3> getPositionVector() const;
 
-    // Elements
+    /// @}
+
+    /// @name Elements
+    /// @{
 
     /// Appends `element`. If there is one of its semantic already, that one stays, or
     /// with `replace` the new one takes its place in the list. An empty handle is
@@ -85,6 +100,8 @@ public:
     /// Writes the first three floats of the position to standard output, joined by
     /// ", " and without a line end.
     void print() const;
+
+    /// @}
 
 private:
     const VertexElementPtr* find(StreamSemantic semantic) const;

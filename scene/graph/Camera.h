@@ -18,9 +18,10 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT Camera
 {
 public:
+    /// The kind of projection.
     using Type = int;
-    static constexpr Type PERSPECTIVE = 0;
-    static constexpr Type ORTHOGRAPHIC = 1;
+    static constexpr Type PERSPECTIVE = 0;  ///< far is small
+    static constexpr Type ORTHOGRAPHIC = 1; ///< sizes do not depend on the distance
 
     /// A camera of `scene`, which may be empty, with the defaults of its type:
     ///
@@ -49,11 +50,15 @@ public:
     float getZNear() const;
     float getZFar() const;
 
-    // Each of these stores its value as it is and raises "CameraUpdated" once.
+    /// @name Setters
+    /// Each stores its value as it is and raises "CameraUpdated" once.
+    /// @{
 
     void setYFov(float yFov);
     void setZNear(float zNear);
     void setZFar(float zFar);
+
+    /// @}
 
     /// Raises "CameraUpdated".
     void triggerUpdateEvent();

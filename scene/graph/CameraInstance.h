@@ -19,6 +19,8 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT CameraInstance
 {
 public:
+    /// A record of `camera` at `parent`; either may be empty, and is not changed: the camera is
+    /// placed by `Node::addInstanceCamera`. The SID is kept as it is.
     CameraInstance(const NodePtr& parent, const CameraPtr& camera, std::string sid);
 
     virtual ~CameraInstance();
@@ -30,6 +32,8 @@ public:
     CameraPtr getCamera() const;
 
     const std::string& getSID() const;
+
+    /// Renames the record; the scene records no identifier for it.
     void setSID(std::string sid);
 
 private:

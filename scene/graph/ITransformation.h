@@ -19,15 +19,20 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT ITransformation
 {
 public:
+    /// Three floats; what stands behind them does not count.
     using Vector3 = core::utils::Vector<float, 3>;
 
-    // The kinds, as `getType` answers them.
-    static constexpr int LOOKAT = 0;
-    static constexpr int MATRIX = 1;
-    static constexpr int ROTATE = 2;
-    static constexpr int SCALE = 3;
-    static constexpr int SKEW = 4;
-    static constexpr int TRANSLATE = 5;
+    /// @name The kinds, as `getType` answers them
+    /// @{
+
+    static constexpr int LOOKAT = 0;    ///< TransformationLookAt
+    static constexpr int MATRIX = 1;    ///< TransformationMatrix
+    static constexpr int ROTATE = 2;    ///< TransformationRotate
+    static constexpr int SCALE = 3;     ///< TransformationScale
+    static constexpr int SKEW = 4;      ///< TransformationSkew
+    static constexpr int TRANSLATE = 5; ///< TransformationTranslate
+
+    /// @}
 
     /// The kind: `LOOKAT` to `TRANSLATE`.
     virtual int getType() const = 0;
@@ -54,6 +59,7 @@ public:
 protected:
     ITransformation();
 
+    /// Takes the SID along, and counts as changed.
     ITransformation(const ITransformation& other);
     ITransformation& operator=(const ITransformation& other);
 

@@ -20,11 +20,12 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT Light
 {
 public:
+    /// The kind of light.
     using LightType = int;
-    static constexpr LightType AMBIENT = 0;
-    static constexpr LightType DIRECTIONAL = 1;
-    static constexpr LightType POINT = 2;
-    static constexpr LightType SPOT = 3;
+    static constexpr LightType AMBIENT = 0;     ///< from everywhere
+    static constexpr LightType DIRECTIONAL = 1; ///< from far away
+    static constexpr LightType POINT = 2;       ///< to all sides
+    static constexpr LightType SPOT = 3;        ///< a cone
 
     /// A light of `scene`, which may be empty. Any type is stored as it is.
     Light(const ISceneContextPtr& scene, LightType type, std::string id, std::string name);
@@ -52,13 +53,16 @@ public:
     float getFallOffAngle() const;
     float getFallOffExponent() const;
 
-    // Each of these stores all its values as they are and then raises "LightUpdated"
-    // once.
+    /// @name Setters
+    /// Each stores all its values as they are and then raises "LightUpdated" once.
+    /// @{
 
     void setColor(const Eigen::Vector3f& color);
     void setColor(float red, float green, float blue);
     void setAttenuation(float constant, float linear, float quadratic);
     void setFallOff(float angle, float exponent);
+
+    /// @}
 
     /// Raises "LightUpdated".
     void triggerUpdateEvent();

@@ -50,7 +50,8 @@ public:
     boost::shared_ptr<Node> copyFor(const boost::shared_ptr<ISceneContext>& scene,
                                     const std::string& id) const;
 
-    // Identity
+    /// @name Identity
+    /// @{
 
     /// "Node" and a number that counts the nodes made in this process, from 0.
     /// May be called from any thread.
@@ -67,13 +68,18 @@ public:
     void setSID(const std::string& sid);
 
     const std::string& getName() const;
+
+    /// Sets the name; need not be unique.
     void setName(const std::string& name);
 
     /// The node's type as text, e.g. "JOINT" or "NODE".
     const std::string& getType() const;
     void setType(const std::string& type);
 
-    // Hierarchy
+    /// @}
+
+    /// @name Hierarchy
+    /// @{
 
     /// Appends `child`, makes this node its parent, raises the child's
     /// transformation events and then "SceneTopologyUpdate" ("NodeAdded").
@@ -99,8 +105,14 @@ public:
     /// The parent; empty for a root and when the parent is gone.
     boost::shared_ptr<Node> getParent() const;
 
-    // Instances. Empty handles are skipped, indices past the end give empty handles.
+    /// @}
 
+    /// @name Instances
+    /// Empty handles are skipped, indices past the end give empty handles. The node shares what it
+    /// is given. Only what says so raises an event.
+    /// @{
+
+    /// Appends `camera`; the scene's record of it is another thing (`CameraInstance`).
     void addInstanceCamera(const CameraPtr& camera);
     unsigned int getInstanceCameraCount() const;
     CameraPtr getInstanceCamera(unsigned int index) const;
@@ -110,6 +122,7 @@ public:
     unsigned int getInstanceLightCount() const;
     LightPtr getInstanceLight(unsigned int index) const;
 
+    /// Appends `instance`, also one that is there. Raises nothing.
     void addInstanceGeometry(const InstanceGeometryPtr& instance);
 
     /// Removes the first entry that holds the same object.
@@ -122,6 +135,7 @@ public:
     /// controller instance has none.
     std::vector<InstanceGeometryPtr> getAllInstancedGeometries() const;
 
+    /// Appends `instance`, also one that is there. Raises nothing.
     void addInstanceController(const InstanceControllerPtr& instance);
     const std::vector<InstanceControllerPtr>& getInstancedControllers() const;
     unsigned int getInstanceControllerCount() const;
@@ -136,20 +150,31 @@ public:
     void setMaterial(const MaterialPtr& material, unsigned int geometryIndex,
                      unsigned int primitiveIndex);
 
-    // Layers, by the IDs or names of the scene's `LayerManager`. By name: an unknown
-    // name is created, also by `inLayer`, which is a change of the scene then; without
-    // scene nothing happens and the answer is false.
+    /// @}
+
+    /// @name Layers
+    /// By the IDs or names of the scene's `LayerManager`. By name: an unknown name is created, also
+    /// by `inLayer`, which is a change of the scene then; without scene nothing happens and the
+    /// answer is false.
+    /// @{
 
     /// Adds the node to a layer and raises "NodeAddedLayer", also when it was in it.
     void addToLayer(int layerID);
+
+    /// The same by name.
     void addToLayer(const std::string& layerName);
 
     /// Takes the node out of a layer and raises "NodeRemovedLayer", also when it was
     /// not in it.
     void removeFromLayer(int layerID);
+
+    /// The same by name.
     void removeFromLayer(const std::string& layerName);
 
+    /// Whether the node is in a layer.
     bool inLayer(int layerID) const;
+
+    /// The same by name.
     bool inLayer(const std::string& layerName) const;
 
     const std::set<int>& getLayers() const;
@@ -162,13 +187,23 @@ public:
 
     /// Whether the node is outside layer 0 ("hidden").
     bool isVisible() const;
+
+    /// Takes the node out of layer 0 or puts it in, with the events of `removeFromLayer`
+    /// or `addToLayer`, also when it was so before. Nodes below stay as they are.
     void setVisible(bool visible);
 
-    // Transform. Each of these raises "NodeTransformationUpdate" and "SceneUpdate"
-    // once, unless said otherwise.
+    /// @}
+
+    /// @name Transform
+    /// Each change raises "NodeTransformationUpdate" and "SceneUpdate" once, unless said otherwise.
+    /// @{
 
     void setTranslation(const Eigen::Translation<float, 3>& translation);
+
+    /// T += `offset`.
     void addTranslation(const Eigen::Vector3f& offset);
+
+    /// The same with single floats.
     void addTranslation(float x, float y, float z);
     Eigen::Translation<float, 3> getTranslation() const;
 
@@ -190,6 +225,8 @@ public:
     /// Steps by `offset` in the node's own rotated and scaled frame:
     /// T += S * (R * offset + the rotation's own translation, mostly zero).
     void move(const Eigen::Vector3f& offset);
+
+    /// The same with single floats.
     void move(float x, float y, float z);
 
     /// R = R * `rotation`, each column then normalised to unit length, which removes
@@ -232,7 +269,9 @@ public:
     /// The product of the rotations along the parents. Linear in the depth.
     Eigen::Transform<float, 3, Eigen::Affine> getCombinedRotations() const;
 
-    /// Sets R so that `getCombinedRotations` becomes `rotation`.
+    /// Sets R so that `getCombinedRotations` becomes `rotation`, which is taken as it is,
+    /// its last column included. A parent whose rotations can't be inverted gives NaN or
+    /// infinities. Linear in the depth.
     void setCombinedRotations(const Eigen::Matrix4f& rotation);
 
     /// The list of transformations that the node was built from, in order.
@@ -253,17 +292,20 @@ public:
     /// "NodeTransformationUpdate" and "SceneUpdate". Children raise nothing.
     void triggerTransformationUpdate();
 
+    /// @}
+
     /// Whether several entries in lists of children hold this node, or did once: false
     /// means that one at most does.
     bool isListedTwice() const;
 
-    // Bounds, in world space: the geometries' corner of greatest (least) coordinates goes
-    // through the world matrix of its node, and those of this node and all nodes below it
-    // are combined. Of each node it is this one corner that is transformed: under a
-    // rotation the result does not enclose the geometry. A node counts with its geometry
-    // instances and those of its controller instances; where there is none, at it and
-    // below, the answer is (0, 0, 0). Geometries compute their bounds when first asked,
-    // which counts as writing. Linear in the number of nodes, plus the depth.
+    /// @name Bounds in world space
+    /// The geometries' corner of greatest (least) coordinates goes through the world matrix of its
+    /// node, and those of this node and all nodes below it are combined. Of each node it is this
+    /// one corner that is transformed: under a rotation the result does not enclose the geometry. A
+    /// node counts with its geometry instances and those of its controller instances; where there
+    /// is none, at it and below, the answer is (0, 0, 0). Geometries compute their bounds when
+    /// first asked, which counts as writing. Linear in the number of nodes, plus the depth.
+    /// @{
 
     Eigen::Vector3f getBVMax() const;
     Eigen::Vector3f getBVMin() const;
@@ -271,8 +313,12 @@ public:
     /// The middle between the two.
     Eigen::Vector3f getBVCenter() const;
 
-    // Search. A node is met before its children, children in order; one that is listed
-    // more than once only where it is met first.
+    /// @}
+
+    /// @name Search
+    /// A node is met before its children, children in order; one that is listed more than once only
+    /// where it is met first.
+    /// @{
 
     /// This node and all nodes below it, each once. Linear.
     std::vector<boost::shared_ptr<Node>> getNodesBelow();
@@ -282,6 +328,8 @@ public:
 
     /// The first node with this name, this node included; empty when none. Linear.
     boost::shared_ptr<Node> findByName(const std::string& name);
+
+    /// @}
 
     /// The counter that moves on when a child is added to or removed from this node, or
     /// its ID is set.

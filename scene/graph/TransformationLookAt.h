@@ -13,6 +13,7 @@ namespace velmoran::scene
 class VELMORAN_SCENE_EXPORT TransformationLookAt : public ITransformation
 {
 public:
+    /// Takes the three as they are.
     TransformationLookAt(const Vector3& eyePosition, const Vector3& interestPoint,
                          const Vector3& upAxis);
 

@@ -19,6 +19,8 @@ public:
 
     /// Copies 16 floats; a null pointer gives the identity.
     explicit TransformationMatrix(const float* sixteen);
+
+    /// Copies `matrix`.
     explicit TransformationMatrix(const core::utils::Matrix& matrix);
 
     int getType() const override;

@@ -14,7 +14,11 @@ class VELMORAN_SCENE_EXPORT TransformationScale : public ITransformation
 public:
     /// Factors of 1: changes nothing.
     TransformationScale();
+
+    /// Takes the factors as they are; 0 and negative ones, too.
     explicit TransformationScale(const Vector3& scale);
+
+    /// The same, one by one.
     TransformationScale(float x, float y, float z);
 
     int getType() const override;

@@ -12,6 +12,8 @@ class VELMORAN_SCENE_EXPORT TransformationTranslate : public ITransformation
 public:
     /// Zeros: moves nothing.
     TransformationTranslate();
+
+    /// Takes the offsets as they are.
     explicit TransformationTranslate(const Vector3& translation);
 
     int getType() const override;

@@ -8,6 +8,8 @@
 namespace velmoran::scene
 {
 /// Something that a scene's worker thread drives, turn by turn.
+///
+/// Ownership: the scene holds its controllers; they remember it weakly.
 class VELMORAN_SCENE_EXPORT ISceneController
 {
 public:
@@ -23,7 +25,8 @@ public:
 
     /// One turn; `elapsed` is the time since the one before and may be a special
     /// value such as not-a-date-time. Called on the worker thread under the scene
-    /// lock. Answers whether the scene was changed.
+    /// lock. Answers whether the scene was changed. Must not throw: an exception is caught
+    /// by nobody and ends the program. Must not lock the scene; may add and remove controllers.
     virtual bool update(boost::posix_time::time_duration elapsed) = 0;
 
     virtual ~ISceneController();

@@ -17,7 +17,10 @@ template <typename T>
 class Library
 {
 public:
+    /// Shares an element.
     using Handle = boost::shared_ptr<T>;
+
+    /// The elements in order.
     using Items = std::vector<Handle>;
 
     /// The items that `install` can take: those without the empty handles.
@@ -85,6 +88,7 @@ public:
                       m_items.end());
     }
 
+    /// Whether this very item is listed.
     bool contains(const Handle& item) const
     {
         return std::find(m_items.begin(), m_items.end(), item) != m_items.end();
@@ -99,9 +103,13 @@ public:
         }
     }
 
+    /// Lets go of all items.
     void clear() { m_items.clear(); }
 
+    /// The number of items.
     unsigned int count() const { return static_cast<unsigned int>(m_items.size()); }
+
+    /// The items; valid until the library changes.
     const Items& items() const { return m_items; }
 
 private:

@@ -36,12 +36,16 @@ class SceneWorker;
 ///     "SyncScene" the next turn comes as ever; other exceptions out of `update` are not caught.
 /// Libraries: lists in insertion order; look-ups are linear and the first match
 ///     wins; unknown identifiers and indices out of range give empty handles. Empty
-///     handles are left out wherever something is added or installed.
+///     handles are left out wherever something is added or installed. The scene shares
+///     what it is given: what leaves a list lives on with whoever else holds it. Installing
+///     replaces a list, adding appends without looking for clashes; both record the
+///     identifiers and raise nothing, unless said otherwise. Getters of lists copy them.
 /// Identifiers: every identifier that begins with "OID" and comes into a library or to
 ///     a node of this scene is recorded, so that `generateID` never gives it out.
 /// Events handled, by which other parts of the application edit materials. The first
-///     field is not read; an event with too few fields is ignored. Handlers run on the
-///     thread that raises the event, which holds the scene lock where others may read.
+///     field is not read; an event with too few fields is ignored, but see the last one.
+///     Handlers run on the thread that raises the event, which holds the scene lock where
+///     others may read.
 ///
 /// | event                        | fields                          | effect                 |
 /// |------------------------------|---------------------------------|------------------------|
@@ -52,7 +56,8 @@ class SceneWorker;
 /// |                              |                                 | of a "texture" is a    |
 /// |                              |                                 | file name, stored as   |
 /// |                              |                                 | the ID of its image    |
-/// | "L_MaterialTechniqueChanged" | -, material's ID, technique     | sets the technique     |
+/// | "L_MaterialTechniqueChanged" | -, material's ID, technique     | sets the technique;    |
+/// |                              |                                 | clears it without one  |
 ///
 /// Out of memory: an operation that throws `std::bad_alloc` has changed nothing, here or in
 ///     what belongs to the scene: tree, layers, libraries, identifiers, geometry and its
@@ -92,7 +97,8 @@ public:
     /// then the rest.
     ~SceneManager() override;
 
-    // Life and worker thread
+    /// @name Life and worker thread
+    /// @{
 
     /// Stops the worker for good and detaches from the event manager. A second
     /// call only detaches. Waits for the running turn; called on the worker itself (by a
@@ -116,42 +122,63 @@ public:
     /// running turn. Not recursive, and not from a controller's `update`: the worker holds
     /// this lock then.
     void lockScene();
+
+    /// Ends `lockScene`, on the thread that called it.
     void unlockScene();
 
     /// Adds a controller to those that the worker drives: behind all others if it
     /// only reads, else in front of them. Then calls its `attach`, with no lock
     /// held, if this scene is owned by a handle. May be called while holding the
-    /// scene lock and from a controller's `update` (it runs from the next turn on).
+    /// scene lock and from a controller's `update` (it runs from the next turn on);
+    /// anywhere else it waits for the running turn. An empty handle is ignored.
     void addSceneController(const ISceneControllerPtr& controller);
 
     /// Takes out the first entry of this controller. Once it has returned,
-    /// the controller is not updated any more; from `update`, after this turn.
+    /// the controller is not updated any more; from `update`, after this turn. Waits as
+    /// adding does. Does nothing when there is no such entry.
     void removeSceneController(const ISceneControllerPtr& controller);
 
-    /// Replaces the worker's time source; the time of the last update stays.
+    /// Replaces the worker's time source; the time of the last update stays. An empty
+    /// handle is ignored.
     void setClock(const core::system::IClockPtr& clock);
+
+    /// The worker's time source; never empty.
     core::system::IClockPtr getClock() const;
 
+    /// Appends; the scene shares and keeps the object, and never calls it.
     void addEvaluator(const EvaluatorPtr& evaluator);
+
+    /// Takes out the first entry of this object, if there is one.
     void removeEvaluator(const EvaluatorPtr& evaluator);
     unsigned int getEvaluatorsCount() const;
     EvaluatorPtr getEvaluatorAt(unsigned int index) const;
 
-    // Parts of the scene
+    /// @}
 
+    /// @name Parts of the scene
+    /// @{
+
+    /// The geometry library; never empty.
     GeometryManagerPtr getGeometryManager() const;
 
     /// Installs another geometry library, gives it this scene's event manager and
     /// records its identifiers. The one before keeps its event manager. An empty handle
     /// is ignored.
     void setGeometryManager(const GeometryManagerPtr& geometryManager);
+
+    /// The layers; never empty, the same for the life of the scene.
     LayerManagerPtr getLayerManager() override;
 
     /// The manager that the last `setAnimationsLibrary` made; empty before.
     AnimationManagerPtr getAnimationManager() const;
+
+    /// The counter that changes of nodes move on; never empty.
     TreeRevisionPtr getTreeRevision() const override;
 
-    // Identifiers and settings
+    /// @}
+
+    /// @name Identifiers and settings
+    /// @{
 
     /// "OID" and the next number whose identifier is not in use. The result is not
     /// recorded: a caller that wants it reserved calls `addID`.
@@ -160,18 +187,25 @@ public:
     /// Records an identifier that begins with "OID"; ignores any other.
     void addID(std::string id) override;
 
+    /// Sets the ID of the scene itself and records it.
     void setSceneID(const std::string& id);
     const std::string& getSceneID() const;
     void setSceneName(const std::string& name);
     const std::string& getSceneName() const;
 
-    /// Metres in one scene unit. Negative values and NaN are ignored.
+    /// Metres in one scene unit; 1 at the start. Negative values and NaN are ignored.
+    /// Nothing is scaled by it.
     void setMeterUnit(float meters);
     float getMeterUnit() const;
+
+    /// The axis that points up; `Y_UP` at the start. Nothing is turned but new cameras.
     void setUpAxis(UpAxis axis);
     UpAxis getUpAxis() const;
 
-    // Node tree
+    /// @}
+
+    /// @name Node tree
+    /// @{
 
     /// The root; made, with this scene as its owner, when there is none yet. Needs a
     /// scene that is owned by a handle then, and counts as a change of the scene.
@@ -192,6 +226,8 @@ public:
 
     /// As `getNodeByID`, by name. Linear.
     NodePtr getNodeByName(const std::string& name) const;
+
+    /// The same below `from`, which is included; empty when `from` is. Linear.
     NodePtr getNodeByName(const std::string& name, const NodePtr& from) const;
 
     /// All nodes of the tree in pre-order, each once. Linear.
@@ -200,14 +236,17 @@ public:
     /// The same below `from`, which is included.
     std::vector<NodePtr> getNodeArray(const NodePtr& from) const;
 
-    /// Removes a node from its parent and raises "SceneUpdate". A node without
-    /// parent is left alone.
+    /// Removes a node from its parent and raises "SceneTopologyUpdate" and "SceneUpdate".
+    /// An empty handle and a node without parent are left alone. Linear in its siblings.
     void removeNode(const NodePtr& node);
 
     /// Removes the first node whose *name* is `name`; callers pass names here.
     void removeNodeByID(const std::string& name);
 
-    // Images
+    /// @}
+
+    /// @name Images
+    /// @{
 
     void setImageLibrary(const std::vector<ImagePtr>& images);
 
@@ -225,21 +264,31 @@ public:
     void setSurrounding(const ImagePtr& image);
     ImagePtr getSurrounding() const;
 
-    // Effects
+    /// @}
+
+    /// @name Effects
+    /// @{
 
     void setEffectLibrary(const std::vector<EffectPtr>& effects);
+
+    /// Appends, also where the ID is taken: look-ups find the first one then.
     void addEffect(const EffectPtr& effect);
     std::vector<EffectPtr> getEffectLibrary() const;
     EffectPtr getEffectByID(const std::string& id) const;
     EffectPtr getEffectByFilename(const std::string& fileName) const;
 
-    /// Removes every material that uses the effect, then the effect. Raises nothing.
+    /// Removes every material that uses the effect, by its ID, then this very effect.
+    /// Raises nothing, for the materials neither: announce them where it matters. An empty
+    /// handle is ignored. Linear.
     void removeEffect(const EffectPtr& effect);
 
     /// "EffectLibrary: (effectID, filename)", then a line "ID, file name" per effect.
     std::string effectLibraryToString() const;
 
-    // Materials
+    /// @}
+
+    /// @name Materials
+    /// @{
 
     /// Installs the list and raises "SceneUpdate" ("MaterialList").
     void setMaterialList(const std::vector<MaterialPtr>& materials);
@@ -252,14 +301,18 @@ public:
     /// `Material::toString` of every material, each followed by a line end.
     std::string materialLibraryToString() const;
 
-    // Cameras
+    /// @}
+
+    /// @name Cameras
+    /// @{
 
     void setCameraLibrary(const std::vector<CameraPtr>& cameras);
     CameraPtr getCameraByID(const std::string& id) const;
     unsigned int getCameraCount() const;
     CameraPtr getCameraAt(unsigned int index) const;
 
-    /// Appends `instance` and logs it.
+    /// Appends `instance`, records its SID and logs it. Its node and camera are held by
+    /// others (see `CameraInstance`). Raises nothing.
     void addCameraInstance(const CameraInstancePtr& instance);
     CameraInstancePtr getCameraInstanceBySID(const std::string& sid) const;
     unsigned int getCameraInstanceCount() const;
@@ -268,14 +321,18 @@ public:
     /// Makes a camera of `type` (`Camera::Type`) with a generated ID and the name
     /// "VMCamera" and places it at the node `nodeID`, which is made when there is
     /// none: below the node `parentID`, or below the root when that is unknown, with
-    /// the ID `nodeID` or a generated one when that is empty. The node, new or not, is
+    /// the ID `nodeID` or a generated one when that is empty (which raises the events of
+    /// `Node::addNode`). The node, new or not, is
     /// turned once so that the camera suits the scene's up axis. Raises
     /// "SceneNewCamera" with the SID of the camera's instance and returns the
     /// camera's ID. Throws `boost::bad_weak_ptr`, with nothing done, when no handle
     /// owns this scene.
     std::string createNewCamera(int type, const std::string& nodeID, const std::string& parentID);
 
-    // Lights
+    /// @}
+
+    /// @name Lights
+    /// @{
 
     void setLightLibrary(const std::vector<LightPtr>& lights);
 
@@ -292,28 +349,49 @@ public:
     void createNewLight(int type, std::string lightID, const std::string& nodeID,
                         const std::string& parentID);
 
-    // Controllers (skins and morphs)
+    /// @}
+
+    /// @name Controllers (skins and morphs)
+    /// @{
 
     void setControllersLibrary(const std::vector<ControllerPtr>& controllers);
+
+    /// Appends, also where the ID is taken: look-ups find the first one then.
     void addController(const ControllerPtr& controller);
     std::vector<ControllerPtr> getControllersLibrary() const;
     ControllerPtr getControllerById(const std::string& id) const;
 
-    // Animations
+    /// @}
+
+    /// @name Animations
+    /// @{
 
     /// Installs the list, makes a new animation manager and lets the worker drive it
-    /// in place of the one before.
+    /// in place of the one before, which waits for the running turn.
     void setAnimationsLibrary(const std::vector<AnimationPtr>& animations);
+
+    /// Appends; the animation manager stays and plays what it plays.
     void addAnimation(const AnimationPtr& animation);
     std::vector<AnimationPtr> getAnimationsLibrary() const;
+
+    /// Takes animation `index` out of the list; nothing when there is none. An animation that is
+    /// being played goes on. Raises nothing.
     void removeAnimation(unsigned int index);
+
+    /// Empties the list, as `removeAnimation` does for one.
     void removeAllAnimations();
 
-    // Physics description
+    /// @}
+
+    /// @name Physics description
+    /// Lists as all others: the setters replace, record identifiers and raise nothing.
+    /// @{
 
     void setPhysicsSceneLibrary(const std::vector<PhysicsScenePtr>& scenes);
     std::vector<PhysicsScenePtr> getPhysicsSceneLibrary() const;
     PhysicsScenePtr getPhysicsSceneById(const std::string& id) const;
+
+    /// The scenes of the list above, or others, that are put to work. No IDs are recorded.
     void setInstancedPhysicsScenes(const std::vector<PhysicsScenePtr>& scenes);
     std::vector<PhysicsScenePtr> getInstancedPhysicsScenes() const;
     void setPhysicsMaterialLibrary(const std::vector<PhysicsMaterialPtr>& materials);
@@ -323,11 +401,15 @@ public:
     std::vector<PhysicsModelPtr> getPhysicsModelLibrary() const;
     PhysicsModelPtr getPhysicsModelById(const std::string& id) const;
 
-    // Merging. Runs on the calling thread, takes no lock and leaves the incoming
-    // scene as it was; callers hold the scene lock where others may read. Every clash
-    // is resolved and logged. Incoming images, effects and materials clash with what
-    // this scene holds, not with each other; nodes do, since each is added as it is
-    // met. Results map old identifiers to new ones, for renamed items only.
+    /// @}
+
+    /// @name Merging
+    /// Runs on the calling thread, takes no lock and leaves the incoming scene as it was; callers
+    /// hold the scene lock where others may read. Every clash is resolved and logged. Incoming
+    /// images, effects and materials clash with what this scene holds, not with each other; nodes
+    /// do, since each is added as it is met. Results map old identifiers to new ones, for renamed
+    /// items only.
+    /// @{
 
     /// The flags of `mergeSceneManager`, to be combined.
     enum MergeFlags
@@ -390,9 +472,13 @@ public:
                          const std::map<int, int>& layerMap, bool discardRepeated,
                          bool mergeRepeated);
 
-    // Avatars: skinned meshes with a skeleton of nodes of the type "JOINT". All of these
-    // run on the calling thread and take no lock: hold the scene lock where others may read,
-    // also that of the other scene. Worlds are products along the parents, column vectors.
+    /// @}
+
+    /// @name Avatars
+    /// Skinned meshes with a skeleton of nodes of the type "JOINT". All of these run on the calling
+    /// thread and take no lock: hold the scene lock where others may read, also that of the other
+    /// scene. Worlds are products along the parents, column vectors.
+    /// @{
 
     /// The vertices of a skinned mesh in its present pose: linear blend skinning
     /// (Magnenat-Thalmann, Laperriere, Thalmann 1988).
@@ -523,6 +609,8 @@ public:
     /// ID and "SyncScene". An empty `geometry` or an unknown `id` does nothing. Linear in
     /// the nodes.
     void replaceGeometry(const std::string& id, const IGeometryPtr& geometry);
+
+    /// @}
 
 private:
     friend class SceneAttempt;

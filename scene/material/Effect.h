@@ -8,6 +8,10 @@ namespace velmoran::scene
 {
 /// A shader effect: the file that describes it, under an identifier by which
 /// materials refer to it. Nothing opens the file here.
+///
+/// Plain data: setters store what they are given and raise nothing. Used by one thread at a
+///     time; writers hold the scene lock when a scene holds it.
+///     A new ID is not recorded with the scene, and no material follows it.
 class VELMORAN_SCENE_EXPORT Effect
 {
 public:

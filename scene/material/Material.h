@@ -39,11 +39,15 @@ public:
     const std::string& getTechnique() const { return m_technique; }
     void setTechnique(std::string technique);
 
-    // Parameters. The list is kept as it is filled: names may repeat, and an empty
-    // handle keeps its place in it.
+    /// @name Parameters
+    /// The list is kept as it is filled: names may repeat, and an empty handle keeps its place in
+    /// it.
+    /// @{
 
     const std::vector<MaterialParameterPtr>& getMaterialParameters() const { return m_parameters; }
     void setMaterialParameters(std::vector<MaterialParameterPtr> parameters);
+
+    /// Appends, also an empty handle.
     void addMaterialParameter(const MaterialParameterPtr& parameter);
 
     /// Length of the list, empty handles included.
@@ -55,6 +59,8 @@ public:
     /// The first parameter with exactly this name; empty when there is none.
     /// Costs time in proportion to the number of parameters.
     MaterialParameterPtr getParameterByName(const std::string& name) const;
+
+    /// @}
 
     /// Identifiers on one line, then a line for each parameter that is not empty: its
     /// position in the list, name, type and value. Every line ends with a line feed.

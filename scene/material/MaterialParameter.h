@@ -11,12 +11,17 @@ namespace velmoran::scene
 ///
 /// The type is free text. Only "texture" has a meaning in this library: the value
 /// is then the identifier of an `Image`.
+///
+/// Plain data: setters store what they are given and raise nothing. Used by one thread at a
+///     time; writers hold the scene lock when a scene holds it.
 class VELMORAN_SCENE_EXPORT MaterialParameter
 {
 public:
+    /// Takes all three as they are; empty texts, too.
     MaterialParameter(std::string name, std::string type, std::string value);
     virtual ~MaterialParameter();
 
+    /// Copies have values of their own.
     MaterialParameter(const MaterialParameter& other);
     MaterialParameter& operator=(const MaterialParameter& other);
 

@@ -11,6 +11,7 @@ namespace velmoran::scene
 /// One pass of drawing: the layers that a camera sees, drawn with a material.
 ///
 /// Ownership: shares the node and the material; either may be empty.
+/// Threads: never changes, so any thread may read it; what it shares has rules of its own.
 class VELMORAN_SCENE_EXPORT Render
 {
 public:

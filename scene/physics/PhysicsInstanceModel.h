@@ -10,9 +10,11 @@ namespace velmoran::scene
 /// A physics model, put to work under a node.
 ///
 /// Ownership: shares the model, the node and the instances; handles may be empty.
+/// Threads: plain data, used by one thread at a time. Setters raise nothing.
 class VELMORAN_SCENE_EXPORT PhysicsInstanceModel
 {
 public:
+    /// An instance of `model` at `node`, without bodies and constraints.
     PhysicsInstanceModel(PhysicsModelPtr model, NodePtr node);
     virtual ~PhysicsInstanceModel();
 

@@ -8,9 +8,11 @@ namespace velmoran::scene
 /// A rigid body of a model, put to work on a node.
 ///
 /// Ownership: shares both; either may be empty.
+/// Threads: never changes, so any thread may read it.
 class VELMORAN_SCENE_EXPORT PhysicsInstanceRigidBody
 {
 public:
+    /// An instance of `body` that drives `target`.
     PhysicsInstanceRigidBody(PhysicsRigidBodyPtr body, NodePtr target);
     virtual ~PhysicsInstanceRigidBody();
 

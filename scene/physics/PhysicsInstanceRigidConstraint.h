@@ -10,9 +10,11 @@ namespace velmoran::scene
 /// A constraint of a model, put to work.
 ///
 /// Ownership: shares the constraint, which may be empty.
+/// Threads: never changes, so any thread may read it.
 class VELMORAN_SCENE_EXPORT PhysicsInstanceRigidConstraint
 {
 public:
+    /// An instance of `constraint` with a name and an SID of its own.
     PhysicsInstanceRigidConstraint(PhysicsRigidConstraintPtr constraint, std::string sid,
                                    std::string name);
     virtual ~PhysicsInstanceRigidConstraint();

@@ -7,6 +7,8 @@
 namespace velmoran::scene
 {
 /// How a body bounces and slides. Coefficients are kept as given, not checked.
+///
+/// Threads: plain data, used by one thread at a time. Setters raise nothing.
 class VELMORAN_SCENE_EXPORT PhysicsMaterial
 {
 public:

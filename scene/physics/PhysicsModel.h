@@ -12,9 +12,11 @@ namespace velmoran::scene
 ///
 /// Ownership: shares its bodies and constraints. The libraries are kept as given;
 ///     look-ups skip empty handles in them.
+/// Threads: plain data, used by one thread at a time. Setters raise nothing.
 class VELMORAN_SCENE_EXPORT PhysicsModel
 {
 public:
+    /// A model without bodies and constraints.
     PhysicsModel(std::string id, std::string name);
     virtual ~PhysicsModel();
 

@@ -12,6 +12,7 @@ namespace velmoran::scene
 /// A body that keeps its form: its shapes and how it moves.
 ///
 /// Ownership: shares its shapes and its material.
+/// Threads: plain data, used by one thread at a time. Setters raise nothing.
 class VELMORAN_SCENE_EXPORT PhysicsRigidBody
 {
 public:

@@ -13,9 +13,11 @@ namespace velmoran::scene
 /// against the other.
 ///
 /// Ownership: shares the attachments, which may be empty.
+/// Threads: plain data, used by one thread at a time. Setters raise nothing.
 class VELMORAN_SCENE_EXPORT PhysicsRigidConstraint
 {
 public:
+    /// One limit for each axis.
     using Vec3 = Eigen::Matrix<float, 3, 1>;
 
     /// A constraint without attachments, its limits all zero. `interpenetrate` tells
@@ -26,6 +28,8 @@ public:
     const std::string& getSid() const { return m_sid; }
     const std::string& getName() const { return m_name; }
     bool isEnabled() const { return m_enabled; }
+
+    /// Whether the two bodies may overlap.
     bool allowInterpenetrate() const { return m_interpenetrate; }
 
     const PhysicsAttachmentPtr& getAttachment() const { return m_attachment; }
@@ -36,7 +40,8 @@ public:
     void setRefAttachment(const PhysicsAttachmentPtr& attachment) { m_refAttachment = attachment; }
 
     /// Replaces all four limits, one component for each axis of the frame:
-    /// distances, then angles in degrees. A minimum above its maximum is kept as given.
+    /// distances in scene units, then angles in degrees. A minimum above its maximum is kept as
+    /// given.
     void setLinearlimits(Vec3 translationMin, Vec3 translationMax, Vec3 rotationMin,
                          Vec3 rotationMax);
     const Vec3& getLinearTranslationMin() const { return m_linearTranslationMin; }

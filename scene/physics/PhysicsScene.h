@@ -13,9 +13,11 @@ namespace velmoran::scene
 /// Physics models that act together, under one gravity and one time step.
 ///
 /// Ownership: shares the instances of its models.
+/// Threads: plain data, used by one thread at a time. Setters raise nothing.
 class VELMORAN_SCENE_EXPORT PhysicsScene
 {
 public:
+    /// A scene without models.
     PhysicsScene(std::string id, std::string name);
     virtual ~PhysicsScene();
 

@@ -11,6 +11,7 @@ namespace velmoran::scene
 ///
 /// The shape is analytic (getShape) or a mesh (getInstanceGeometry).
 /// Ownership: shares shape, material and geometry; each may be empty.
+/// Threads: plain data, used by one thread at a time. Setters raise nothing.
 class VELMORAN_SCENE_EXPORT PhysicsShape
 {
 public:
@@ -25,28 +26,32 @@ public:
     float getMass() const { return m_mass; }
     void setMass(float mass) { m_mass = mass; }
 
-    /// Density in kilograms per cubic unit; -1 when it is not given, as at the start.
+    /// Density in kilograms per cubic scene unit; -1 when it is not given, as at the start.
     float getDensity() const { return m_density; }
     void setDensity(float density) { m_density = density; }
 
-    /// Turn of the shape in its body. At the start it is no rotation at all, but the
-    /// axis (0, 0, 0) with the angle 1: set it before using it.
+    /// Turn of the shape in its body, the angle in *radians*, as Eigen has it. At the start
+    /// it is no rotation at all, but the axis (0, 0, 0) with the angle 1: set it before
+    /// using it.
     const Eigen::AngleAxis<float>& getRotation() const { return m_rotation; }
     void setRotation(const Eigen::AngleAxis<float>& rotation) { m_rotation = rotation; }
 
-    /// Place of the shape in its body; (0, 0, 0) at the start.
+    /// Place of the shape in its body's frame, in scene units; (0, 0, 0) at the start.
     const Eigen::Translation<float, 3>& getTranslation() const { return m_translation; }
     void setTranslation(const Eigen::Translation<float, 3>& translation)
     {
         m_translation = translation;
     }
 
+    /// The analytic shape; empty when a mesh is used.
     const IPhysicsShapePtr& getShape() const { return m_shape; }
     void setShape(const IPhysicsShapePtr& shape) { m_shape = shape; }
 
+    /// The shape's own material; empty where the body's counts.
     const PhysicsMaterialPtr& getPhysicsMaterial() const { return m_physicsMaterial; }
     void setPhysicsMaterial(const PhysicsMaterialPtr& material) { m_physicsMaterial = material; }
 
+    /// The mesh; empty when an analytic shape is used.
     const InstanceGeometryPtr& getInstanceGeometry() const { return m_instanceGeometry; }
     void setInstanceGeometry(const InstanceGeometryPtr& instance) { m_instanceGeometry = instance; }
 

@@ -52,6 +52,10 @@ public:
     /// reaches from the scene node's `getBVMin` to its `getBVMax`. Does nothing when no
     /// scene node is set.
     ///
+    /// A cell with more than `maxPrimitives` faces is divided, down to cells of the depth
+    /// `maxDepth` + 1; the root has depth 0. A negative `maxDepth` leaves all faces in the root.
+    /// With a negative `maxPrimitives` even empty cells are divided, down to the depth.
+    ///
     /// Those bounds need not enclose the scene when nodes are rotated. Faces that lie outside
     /// are in no cell below a divided root, but `pickNearest` finds them.
     void calculate(int maxDepth, int maxPrimitives);

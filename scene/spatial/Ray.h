@@ -14,6 +14,8 @@ class VELMORAN_SCENE_EXPORT Ray
 public:
     /// Origin and direction (0, 0, 0), which meets nothing.
     Ray();
+
+    /// Takes both as they are, in scene units.
     Ray(const Eigen::Vector3f& origin, const Eigen::Vector3f& direction);
 
     virtual ~Ray();
