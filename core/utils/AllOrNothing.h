@@ -16,6 +16,7 @@ template <typename Undo>
 class UndoUnlessKept
 {
 public:
+    /// `undo` is called without arguments.
     explicit UndoUnlessKept(Undo undo) : m_undo(std::move(undo)) {}
 
     ~UndoUnlessKept()
@@ -36,6 +37,7 @@ public:
     UndoUnlessKept(const UndoUnlessKept&) = delete;
     UndoUnlessKept& operator=(const UndoUnlessKept&) = delete;
 
+    /// What was done stays.
     void keep() { m_isKept = true; }
 
 private:

@@ -89,8 +89,8 @@ public:
     /// them are the inputs.
     struct Binding
     {
-        Eigen::Matrix4f bindShapeMatrix;
-        std::vector<StreamPtr> streams;
+        Eigen::Matrix4f bindShapeMatrix; ///< as `getBindShapeMatrix` gives it
+        std::vector<StreamPtr> streams;  ///< all of the skin
         std::array<StreamPtr, 4> inputs; ///< as `getBinding` gives them
     };
 
