@@ -104,9 +104,11 @@ AnimationPtr takeAnimation(Input& input)
     const auto animation = boost::make_shared<Animation>("animation", "");
     for (unsigned int i = input.below(6); i > 0; --i)
     {
-        const std::string target =
-            input.name("n", 4) + "/" + input.name("s", 4) + MEMBERS[input.below(10)];
-        animation->addChannel(input.below(8) == 0 ? SamplerPtr() : takeSampler(input), target);
+        std::string target = input.name("n", 4) + "/";
+        target += input.name("s", 4);
+        target += MEMBERS[input.below(10)];
+        const SamplerPtr sampler = input.below(8) == 0 ? SamplerPtr() : takeSampler(input);
+        animation->addChannel(sampler, target);
     }
     return animation;
 }

@@ -12,6 +12,9 @@
 namespace velmoran::fuzz
 {
 /// Turns the bytes of a fuzzer into structured data. Where they end everything is zero.
+///
+/// Take each value into a variable of its own where a call needs several: compilers differ in
+/// the order of arguments, and a file must mean the same to all of them.
 class Input
 {
 public:
@@ -55,6 +58,13 @@ public:
         std::vector<float> result(below(most + 1));
         std::generate(result.begin(), result.end(), [this] { return number(); });
         return result;
+    }
+
+    /// An entry of a list that is not empty.
+    template <typename T>
+    const T& entryOf(const std::vector<T>& list)
+    {
+        return list[below(static_cast<unsigned int>(list.size()))];
     }
 
     /// One of a few names, which therefore clash.

@@ -14,8 +14,9 @@ namespace velmoran::fuzz
 {
 inline scene::StreamPtr takeStream(Input& input, const std::string& id, unsigned int most)
 {
-    const auto stream =
-        boost::make_shared<scene::Stream>(id, static_cast<int>(input.below(6)) - 1, input.flag());
+    const int stride = static_cast<int>(input.below(6)) - 1;
+    const bool sharesValues = input.flag();
+    const auto stream = boost::make_shared<scene::Stream>(id, stride, sharesValues);
     stream->setData(input.numbers(most));
     stream->setCount(static_cast<int>(input.index(8)));
     return stream;
@@ -72,5 +73,16 @@ inline scene::MeshPtr takeMesh(Input& input, const std::string& id)
             boost::make_shared<scene::TriangleMeshPrimitive>(mesh, inputs, takeIndices(input, 40)));
     }
     return mesh;
+}
+
+/// The faces of all primitives, also those that can't be read.
+inline unsigned int countFaces(const scene::Mesh& mesh)
+{
+    unsigned int count = 0;
+    for (const scene::IMeshPrimitivePtr& primitive : mesh.getMeshPrimitives())
+    {
+        count += primitive->getCount();
+    }
+    return count;
 }
 } // namespace velmoran::fuzz

@@ -34,7 +34,9 @@ SkinPtr takeSkin(Input& input, const MeshPtr& mesh)
     matrices->setData(input.numbers(80));
     const auto weights = boost::make_shared<Stream>("weights", 1, true);
     weights->setData(input.numbers(12));
-    skin->setStreams({takeNames(input, "joints"), takeNames(input, "others"), matrices, weights});
+    const StreamPtr joints = takeNames(input, "joints");
+    const StreamPtr others = takeNames(input, "others");
+    skin->setStreams({joints, others, matrices, weights});
     for (const char* const semantic : {"JOINT", "INV_BIND_MATRIX"})
     {
         skin->setJointsInput(semantic, input.below(8) == 0  ? "none"
@@ -68,8 +70,9 @@ SceneManagerPtr takeAvatar(Input& input)
         joint->setID(i == 0 ? "sacrum" : "joint" + std::to_string(i));
         joint->setType("JOINT");
         parent->addNode(joint);
-        joint->setTranslation(
-            Eigen::Translation3f(input.plainNumber(), input.plainNumber(), input.number()));
+        const float x = input.plainNumber();
+        const float y = input.plainNumber();
+        joint->setTranslation(Eigen::Translation3f(x, y, input.number()));
         parent = input.flag() ? joint : parent;
     }
     const MeshPtr mesh = fuzz::takeMesh(input, "human-template-lib");
@@ -110,6 +113,17 @@ void pose(const SceneManagerPtr& scene)
     }
 }
 
+void refine(const SceneManagerPtr& scene)
+{
+    const GeometryManagerPtr geometries = scene->getGeometryManager();
+    const auto mesh =
+        boost::dynamic_pointer_cast<Mesh>(geometries->getGeometry("human-template-lib"));
+    if (fuzz::countFaces(*mesh) < 40)
+    {
+        geometries->subDivideGeometry(mesh->getID(), scene->getControllersLibrary().front());
+    }
+}
+
 SceneManagerPtr takeJoints(Input& input)
 {
     const auto joints = boost::make_shared<SceneManager>(core::event::EventManagerPtr());
@@ -138,8 +152,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             scene->morph(scene, 0.5F);
             break;
         default:
-            scene->getGeometryManager()->subDivideGeometry("human-template-lib",
-                                                           scene->getControllersLibrary().front());
+            refine(scene);
         }
         pose(scene);
     }

@@ -1,8 +1,10 @@
-// Four threads and the worker use one scene for a given time: one plays and keys, one merges
-// and edits, one picks, one listens. Meant for the sanitizers.
+// Some threads and the worker use one scene for a given time: they play and key, merge and
+// edit, refine, edit materials, pick, look up side by side, listen, and replace what may be
+// replaced at any time. Meant for the sanitizers.
 
 #include "core/event/EventManager.h"
 #include "core/logger/Logger.h"
+#include "core/system/MillisecClock.h"
 #include "scene/EventTypes.h"
 #include "scene/animation/Animation.h"
 #include "scene/animation/AnimationManager.h"
@@ -12,6 +14,7 @@
 #include "scene/geometry/Stream.h"
 #include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/graph/Node.h"
+#include "scene/manager/ISceneController.h"
 #include "scene/manager/SceneLock.h"
 #include "scene/manager/SceneManager.h"
 #include "scene/spatial/Octree.h"
@@ -39,6 +42,7 @@ using core::event::EventManagerPtr;
 namespace
 {
 constexpr std::size_t MOST_NODES = 300;
+constexpr unsigned int MOST_FACES = 30;
 
 MeshPtr makeMesh(const std::string& id)
 {
@@ -70,6 +74,33 @@ SceneManagerPtr makeScene(const EventManagerPtr& events)
     return scene;
 }
 
+/// A controller that may come and go: it must not be updated once it was taken out.
+class Visitor : public ISceneController
+{
+public:
+    explicit Visitor(bool isReadOnly) : m_isReadOnly(isReadOnly) {}
+
+    bool isReadOnly() override { return m_isReadOnly; }
+    void attach(boost::shared_ptr<SceneManager> scene) override { m_scene = scene; }
+
+    bool update(boost::posix_time::time_duration) override
+    {
+        if (m_isGone)
+        {
+            std::cerr << "a controller was updated after it had been removed" << std::endl;
+            std::abort();
+        }
+        return true;
+    }
+
+    void leave() { m_isGone = true; }
+
+private:
+    const bool m_isReadOnly;
+    boost::weak_ptr<SceneManager> m_scene;
+    std::atomic<bool> m_isGone{false};
+};
+
 class Soak
 {
 public:
@@ -81,10 +112,12 @@ public:
         m_scene->getAnimationManager()->setAnimation(m_animation);
     }
 
-    void run()
+    /// Whether everything that must happen has happened.
+    bool run()
     {
         std::vector<std::thread> threads;
-        for (const auto work : {&Soak::play, &Soak::merge, &Soak::pick, &Soak::listen})
+        for (const auto work : {&Soak::play, &Soak::merge, &Soak::refine, &Soak::editMaterials,
+                                &Soak::pick, &Soak::read, &Soak::listen, &Soak::replace})
         {
             threads.emplace_back(
                 [this, work]
@@ -100,8 +133,9 @@ public:
         {
             thread.join();
         }
-        std::cout << m_turns << " operations, " << m_heard << " events heard, " << m_hits << " hits"
-                  << std::endl;
+        std::cout << m_turns << " operations, " << m_heard << " events heard, " << m_synced
+                  << " times SyncScene, " << m_hits << " hits" << std::endl;
+        return m_heard > 0 && m_synced > 0 && m_hits > 0;
     }
 
 private:
@@ -160,6 +194,44 @@ private:
         m_scene->getGeometryManager()->recalculateVertexNormals("mesh");
     }
 
+    /// The mesh that many nodes use becomes finer some times and then starts anew.
+    void refine(std::mt19937& random)
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 50));
+        const SceneLock lock(m_scene);
+        const GeometryManagerPtr geometries = m_scene->getGeometryManager();
+        const auto mesh = boost::dynamic_pointer_cast<Mesh>(geometries->getGeometry("mesh"));
+        if (mesh->getPrimitive(0)->getCount() < MOST_FACES)
+        {
+            geometries->subDivideGeometry("mesh", ControllerPtr());
+            return;
+        }
+        m_scene->replaceGeometry("mesh", makeMesh("mesh"));
+        mesh->clearPrimitives(); // an octree may hold it for a while
+    }
+
+    /// As other parts of an application do, by events under the lock.
+    void editMaterials(std::mt19937& random)
+    {
+        const SceneLock lock(m_scene);
+        const EventManagerPtr events = m_scene->getEventManager();
+        const std::string id = "m" + std::to_string(random() % 10);
+        if (!m_scene->getMaterialWithID(id))
+        {
+            events->triggerEvent("L_NewEffect", "soak,e" + id + ",file");
+            events->triggerEvent("L_NewMaterial", "soak," + id + ",e" + id);
+        }
+        const std::string file = "picture" + std::to_string(random() % 10);
+        events->triggerEvent("L_MaterialParameterUpdated",
+                             "soak," + id + ",map," + file + ",texture");
+        events->triggerEvent("L_MaterialTechniqueChanged", "soak," + id + ",glossy");
+        const NodePtr node = choose(random);
+        if (node)
+        {
+            node->setMaterial(m_scene->getMaterialWithID(id), 0, 0);
+        }
+    }
+
     void pick(std::mt19937& random)
     {
         Octree octree;
@@ -178,12 +250,51 @@ private:
         }
     }
 
+    /// Readers side by side, while the lock keeps writers out.
+    void read(std::mt19937& random)
+    {
+        const SceneLock lock(m_scene);
+        std::vector<std::thread> readers;
+        for (int i = 0; i < 2; ++i)
+        {
+            readers.emplace_back(
+                [this, seed = static_cast<unsigned int>(random())]
+                {
+                    std::mt19937 own(seed);
+                    const NodePtr node = choose(own);
+                    if (node)
+                    {
+                        m_scene->getNodeByID(node->getID());
+                        node->getCombinedTransformations();
+                    }
+                    m_scene->getMaterialWithID("defaultMaterial");
+                });
+        }
+        for (std::thread& reader : readers)
+        {
+            reader.join();
+        }
+    }
+
+    /// What any thread may do at any time, without the lock.
+    void replace(std::mt19937& random)
+    {
+        const auto visitor = boost::make_shared<Visitor>(random() % 2 == 0);
+        m_scene->addSceneController(visitor);
+        m_scene->setEventManager(random() % 2 == 0 ? m_events : m_otherEvents);
+        m_scene->setClock(boost::make_shared<core::system::MillisecClock>(random() % 2 == 0));
+        m_scene->getClock()->getTime();
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
+        m_scene->removeSceneController(visitor);
+        visitor->leave();
+    }
+
     void listen(std::mt19937& random)
     {
         EventBase listener(m_events);
         const auto note = [this](const Event&) { ++m_heard; };
         listener.registerHandler(events::nodeTransformationUpdate(), note);
-        listener.registerHandler(events::syncScene(), note);
+        listener.registerHandler(events::syncScene(), [this](const Event&) { ++m_synced; });
         listener.registerHandler(events::sceneTopologyUpdate(), note);
         std::this_thread::sleep_for(std::chrono::milliseconds(random() % 20));
         listener.unregister(events::syncScene());
@@ -191,10 +302,12 @@ private:
 
     const std::chrono::steady_clock::time_point m_end;
     const EventManagerPtr m_events = boost::make_shared<EventManager>();
+    const EventManagerPtr m_otherEvents = boost::make_shared<EventManager>(); ///< nobody listens
     const SceneManagerPtr m_scene = makeScene(m_events);
     const AnimationPtr m_animation = boost::make_shared<Animation>("all", "");
     std::atomic<long> m_turns{0};
-    std::atomic<long> m_heard{0};
+    std::atomic<long> m_heard{0}; ///< other events than SyncScene
+    std::atomic<long> m_synced{0};
     std::atomic<long> m_hits{0};
 };
 } // namespace
@@ -202,5 +315,7 @@ private:
 int main(int argc, char** argv)
 {
     core::logger::Logger::active = false;
-    Soak(std::chrono::seconds(argc > 1 ? std::atoi(argv[1]) : 2)).run();
+    const int seconds = argc > 1 ? std::atoi(argv[1]) : 2;
+    const bool hasHappened = Soak(std::chrono::seconds(seconds)).run();
+    return hasHappened || seconds < 2 ? 0 : 1;
 }
