@@ -32,6 +32,12 @@ void* operator new[](std::size_t size)
     return ::operator new(size);
 }
 
+// As temporary buffers of the standard library are asked for.
+void* operator new(std::size_t size, const std::nothrow_t& /*unused*/) noexcept
+{
+    return isToFail() ? nullptr : std::malloc(size != 0 ? size : 1);
+}
+
 void operator delete(void* memory) noexcept
 {
     std::free(memory);

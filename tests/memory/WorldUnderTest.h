@@ -55,6 +55,12 @@ struct WorldUnderTest : AvatarUnderTest
         addAnimation();
     }
 
+    /// A library that lets a mesh go leaves its primitives to whoever else holds it.
+    ~WorldUnderTest() { plate->clearPrimitives(); }
+
+    WorldUnderTest(const WorldUnderTest&) = delete;
+    WorldUnderTest& operator=(const WorldUnderTest&) = delete;
+
     void addPlate(const std::string& prefix)
     {
         // The side of a roof and a triangle on the other one.
