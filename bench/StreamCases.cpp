@@ -25,19 +25,8 @@ std::vector<Tuple> makeTuples(std::size_t count)
 
 Deduplicated expectedOf(const std::vector<Tuple>& tuples)
 {
-    Deduplicated result;
     std::unordered_map<Tuple, unsigned int, TupleHash> seen;
-    for (const Tuple& tuple : tuples)
-    {
-        const auto next = static_cast<unsigned int>(result.data.size());
-        const auto inserted = seen.try_emplace(tuple, next);
-        if (inserted.second)
-        {
-            result.data.push_back(tuple);
-        }
-        result.indices.push_back(inserted.first->second);
-    }
-    return result;
+    return deduplicateThrough(seen, tuples);
 }
 } // namespace
 

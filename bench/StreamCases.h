@@ -45,6 +45,25 @@ struct Deduplicated
     std::vector<unsigned int> indices;
 };
 
+/// Through a general map from tuple to index.
+template <typename Map>
+Deduplicated deduplicateThrough(Map& seen, const std::vector<Tuple>& tuples)
+{
+    Deduplicated result;
+    result.indices.reserve(tuples.size());
+    for (const Tuple& tuple : tuples)
+    {
+        const auto next = static_cast<unsigned int>(result.data.size());
+        const auto inserted = seen.try_emplace(tuple, next);
+        if (inserted.second)
+        {
+            result.data.push_back(tuple);
+        }
+        result.indices.push_back(inserted.first->second);
+    }
+    return result;
+}
+
 struct TupleSample
 {
     std::vector<Tuple> tuples; ///< each four times, in random order

@@ -18,25 +18,6 @@ namespace velmoran::bench
 {
 namespace
 {
-/// Through a general map from tuple to index.
-template <typename Map>
-Deduplicated deduplicateThrough(Map& seen, const std::vector<Tuple>& tuples)
-{
-    Deduplicated result;
-    result.indices.reserve(tuples.size());
-    for (const Tuple& tuple : tuples)
-    {
-        const auto next = static_cast<unsigned int>(result.data.size());
-        const auto inserted = seen.try_emplace(tuple, next);
-        if (inserted.second)
-        {
-            result.data.push_back(tuple);
-        }
-        result.indices.push_back(inserted.first->second);
-    }
-    return result;
-}
-
 template <typename Map>
 Deduplicated deduplicateGrowing(const std::vector<Tuple>& tuples)
 {
