@@ -12,7 +12,7 @@ namespace velmoran::examples
 {
 namespace
 {
-constexpr std::size_t MAX_ROWS = 40; ///< of geometries and of nodes
+constexpr std::size_t MAX_BOUNDS = 40; ///< of geometries and of nodes
 
 using Row = std::vector<std::string>;
 
@@ -24,16 +24,16 @@ Row makeRow(const std::string& head, const Box& box)
 
 void addMore(std::size_t count, std::vector<Row>& rows)
 {
-    if (count > MAX_ROWS)
+    if (count > MAX_BOUNDS)
     {
-        rows.push_back({"  ... and " + std::to_string(count - MAX_ROWS) + " more"});
+        rows.push_back({"  ... and " + std::to_string(count - MAX_BOUNDS) + " more"});
     }
 }
 
 void printText(const BoundsOptions& options, const SceneBounds& bounds, std::ostream& out)
 {
     std::vector<Row> rows = {{"Geometries", "low", "high", "centre"}};
-    for (std::size_t i = 0; i < std::min(bounds.geometries.size(), MAX_ROWS); ++i)
+    for (std::size_t i = 0; i < std::min(bounds.geometries.size(), MAX_BOUNDS); ++i)
     {
         const GeometryBounds& geometry = bounds.geometries[i];
         rows.push_back(makeRow("  " + onOneLine(geometry.id), geometry.box));
@@ -45,7 +45,7 @@ void printText(const BoundsOptions& options, const SceneBounds& bounds, std::ost
     }
     addMore(bounds.geometries.size(), rows);
     rows.push_back({"Nodes"});
-    for (std::size_t i = 0; i < std::min(bounds.nodes.size(), MAX_ROWS); ++i)
+    for (std::size_t i = 0; i < std::min(bounds.nodes.size(), MAX_BOUNDS); ++i)
     {
         rows.push_back(makeRow("  " + onOneLine(bounds.nodes[i].id), bounds.nodes[i].box));
     }
@@ -64,7 +64,7 @@ void runBounds(const BoundsOptions& options, const Console& console)
         Progress progress(console.errIsTerminal ? &console.err : nullptr);
         progress.setTask("Measuring " + onOneLine(options.fileName));
         // People are shown the first few nodes only.
-        bounds = takeBounds(loaded.scene, options.asJson ? ALL_NODES : MAX_ROWS);
+        bounds = takeBounds(loaded.scene, options.asJson ? ALL_NODES : MAX_BOUNDS);
     }
     if (!options.asJson)
     {

@@ -9,7 +9,7 @@ namespace velmoran::examples
 {
 namespace
 {
-const char* const DETAILS =
+const char* const KEY_DETAILS =
     R"(Each --time begins a pose: the document's own at that time, its animations played, with
 the turns that follow as pairs of --node and --rotate. All nodes are keyed with it, in an
 animation of their own, for which their transformations become one matrix each. What was
@@ -148,7 +148,7 @@ std::vector<KeyPose> collectPoses(const CLI::App& key)
 void addKey(CLI::App& app, KeyOptions& options)
 {
     CLI::App* key = app.add_subcommand("key", "Pose the nodes of a document and key the poses");
-    key->footer(DETAILS);
+    key->footer(KEY_DETAILS);
     key->add_option("FILE", options.fileName, "COLLADA document")->required();
     // Read by `collectPoses`, which needs their order.
     const auto addRepeatable = [key](const char* name, const char* type, const char* description)

@@ -4,7 +4,7 @@ namespace velmoran::examples
 {
 namespace
 {
-const char* const DETAILS =
+const char* const MESH_DETAILS =
     R"(All meshes of the document are edited; a skin is refined along with its mesh. Each
 subdivision makes four triangles of one, in its plane. With both edits, the normals are those of
 the refined mesh. Areas are in the meshes' own spaces, without the scales of nodes. Meshes with
@@ -17,7 +17,7 @@ void addMesh(CLI::App& app, MeshOptions& options)
 {
     CLI::App* mesh =
         app.add_subcommand("mesh", "Refine the meshes of a document, compute their normals");
-    mesh->footer(DETAILS);
+    mesh->footer(MESH_DETAILS);
     mesh->add_option("FILE", options.fileName, "COLLADA document")->required();
     mesh->add_flag("--normals", options.edits.normals, "Compute the normals of vertices anew");
     mesh->add_option("--subdivide", options.edits.subdivisions, "Refine so many times")

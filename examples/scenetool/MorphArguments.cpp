@@ -6,7 +6,7 @@ namespace velmoran::examples
 {
 namespace
 {
-const char* const DETAILS =
+const char* const MORPH_DETAILS =
     R"(An avatar is the geometry "human-template-lib", skinned by the first controller of the node
 "human-template", with joints below the node "sacrum". Two of them blend when their vertices
 are the same number and their joints have the same IDs. Each model begins with AVATAR as it is
@@ -41,7 +41,7 @@ void refuseOverwritingAny(const MorphOptions& options)
 void addMorph(CLI::App& app, MorphOptions& options)
 {
     CLI::App* morph = app.add_subcommand("morph", "Blend an avatar with another one");
-    morph->footer(DETAILS);
+    morph->footer(MORPH_DETAILS);
     morph->add_option("AVATAR", options.avatar, "COLLADA document with the avatar to change")
         ->required();
     morph->add_option("TARGET", options.target, "COLLADA document with the other one")->required();

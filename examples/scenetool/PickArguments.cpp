@@ -6,7 +6,7 @@ namespace velmoran::examples
 {
 namespace
 {
-const char* const DETAILS =
+const char* const PICK_DETAILS =
     R"(The ray is in world space and ends nowhere; both sides of triangles count. Distances are in
 units of the scene, whatever the length of the direction. What only a skin places is not met.)";
 
@@ -36,7 +36,7 @@ CLI::Option* addPoint(CLI::App& command, const std::string& name, Eigen::Vector3
 void addPick(CLI::App& app, PickOptions& options)
 {
     CLI::App* pick = app.add_subcommand("pick", "Find the nearest triangle that a ray meets");
-    pick->footer(DETAILS);
+    pick->footer(PICK_DETAILS);
     pick->add_option("FILE", options.fileName, "COLLADA document")->required();
     addPoint(*pick, "--origin", options.origin, "Where the ray begins");
     addPoint(*pick, "--direction", options.direction, "Where it goes; of any length but 0");

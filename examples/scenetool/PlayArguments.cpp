@@ -4,7 +4,7 @@ namespace velmoran::examples
 {
 namespace
 {
-const char* const DETAILS =
+const char* const PLAY_DETAILS =
     R"(Shows the nodes' world matrices at some times, or lets the scene play by itself (--live).
 The animations of the document play together and are as long as their last key, cut to
 whole milliseconds. At that time, where a playing scene starts over, the last keys are
@@ -17,7 +17,7 @@ constexpr double MIN_STEP = 0.001; ///< what evaluation tells apart
 void addPlay(CLI::App& app, PlayOptions& options)
 {
     CLI::App* play = app.add_subcommand("play", "Play the animations of a document");
-    play->footer(DETAILS);
+    play->footer(PLAY_DETAILS);
     play->add_option("FILE", options.fileName, "COLLADA document")->required();
     CLI::Option* from =
         play->add_option("--from", options.from, "First time; the start without it");

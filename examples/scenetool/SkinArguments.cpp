@@ -4,7 +4,7 @@ namespace velmoran::examples
 {
 namespace
 {
-const char* const DETAILS =
+const char* const SKIN_DETAILS =
     R"(Vertices are in world space: the library's skinning has the world matrix of the mesh's node
 in it. The displacement is how far a vertex is from where it was bound to the skeleton.)";
 } // namespace
@@ -12,7 +12,7 @@ in it. The displacement is how far a vertex is from where it was bound to the sk
 void addSkin(CLI::App& app, SkinOptions& options)
 {
     CLI::App* skin = app.add_subcommand("skin", "Skin the meshes of a document");
-    skin->footer(DETAILS);
+    skin->footer(SKIN_DETAILS);
     skin->add_option("FILE", options.fileName, "COLLADA document")->required();
     skin->add_option("--time", options.time,
                      "Pose the document by its animations, played together; as it is without it")

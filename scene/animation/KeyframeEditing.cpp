@@ -14,7 +14,7 @@ namespace velmoran::scene
 {
 namespace
 {
-constexpr std::size_t MATRIX_SIZE = 16;
+constexpr std::size_t KEY_SIZE = 16;
 constexpr double SAME_KEY_SECONDS = 0.005;
 
 bool holdsKeyTimes(const StreamPtr& stream)
@@ -105,7 +105,7 @@ void makeRoomForKeys(const Sampler& sampler, std::size_t count)
     const StreamPtr values = sampler.getStreamBySemantic(Sampler::OUTPUT);
     if (values)
     {
-        core::utils::makeRoom(values->mutableData(), MATRIX_SIZE * count);
+        core::utils::makeRoom(values->mutableData(), KEY_SIZE * count);
     }
     const StreamPtr names = sampler.getStreamBySemantic(Sampler::INTERPOLATION);
     if (names)
@@ -137,13 +137,13 @@ void insertKey(const Sampler& sampler, float time, const Eigen::Matrix4f& matrix
     const std::size_t index = insertionIndex(times->getData(), time);
     if (values)
     {
-        if (values->getStride() != static_cast<int>(MATRIX_SIZE) ||
-            values->getData().size() / MATRIX_SIZE < index)
+        if (values->getStride() != static_cast<int>(KEY_SIZE) ||
+            values->getData().size() / KEY_SIZE < index)
         {
             return;
         }
         const Eigen::Matrix<float, 4, 4, Eigen::RowMajor> rows = matrix;
-        insertFloats(*values, MATRIX_SIZE * index, rows.data(), MATRIX_SIZE);
+        insertFloats(*values, KEY_SIZE * index, rows.data(), KEY_SIZE);
     }
     insertFloats(*times, index, &time, 1);
     if (names)

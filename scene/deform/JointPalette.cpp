@@ -8,7 +8,7 @@ namespace velmoran::scene
 {
 namespace
 {
-constexpr std::size_t MATRIX_SIZE = 16;
+constexpr std::size_t BIND_MATRIX_SIZE = 16;
 
 /// World matrices by joint name; null for a joint without node.
 class JointWorlds
@@ -57,7 +57,7 @@ JointPalette makeJointPalette(const JointBinding& binding, const JointFinder& fi
         const auto bound = bindIndices.find(names[i]);
         const std::size_t matrix = bound != bindIndices.end() ? bound->second : i;
         const Eigen::Matrix4d* const world = jointWorlds.of(names[i]);
-        if (world == nullptr || matrix >= rows.size() / MATRIX_SIZE)
+        if (world == nullptr || matrix >= rows.size() / BIND_MATRIX_SIZE)
         {
             palette.isComplete = false;
             continue;
@@ -72,7 +72,7 @@ JointPalette makeJointPalette(const JointBinding& binding, const JointFinder& fi
 Eigen::Matrix4d matrixAt(const std::vector<float>& rows, std::size_t index)
 {
     using RowByRow = Eigen::Matrix<float, 4, 4, Eigen::RowMajor>;
-    return Eigen::Map<const RowByRow>(&rows[index * MATRIX_SIZE]).cast<double>();
+    return Eigen::Map<const RowByRow>(&rows[index * BIND_MATRIX_SIZE]).cast<double>();
 }
 
 const std::vector<std::string>& namesIn(const StreamPtr& stream)

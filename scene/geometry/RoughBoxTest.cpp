@@ -18,7 +18,7 @@ constexpr unsigned int ALL = 0xFF;
 // edge times reach and rounded six times: 24. A component of the normal is off by 8 edges
 // squared; a distance from the plane sums up six products, each up to twice edge squared times
 // reach, rounded seven times besides that: 132.
-constexpr float NORMAL_ROUNDING = 0x1p-20F;
+constexpr float AREA_ROUNDING = 0x1p-20F;
 constexpr float EDGE_ROUNDING = 0x1p-18F;
 constexpr float PLANE_ROUNDING = 0x1p-16F;
 
@@ -65,7 +65,7 @@ public:
         const Lanes& edgeX = m_edges.along<X>();
         const Lanes& edgeY = m_edges.along<Y>();
         const float twiceArea = m_normal.coeff(3 - X - Y);
-        if (std::abs(twiceArea) <= NORMAL_ROUNDING * m_longest * m_longest)
+        if (std::abs(twiceArea) <= AREA_ROUNDING * m_longest * m_longest)
         {
             // Beside a line along an axis there are no boxes that bounds meet.
             const bool isAlongAxis = (edgeX == 0.0F).all() || (edgeY == 0.0F).all();

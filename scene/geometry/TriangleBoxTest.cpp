@@ -12,7 +12,7 @@ namespace
 using Eigen::Vector3d;
 using Eigen::Vector3f;
 
-constexpr double PLANE_ROUNDING = 4 * PRODUCT_ROUNDING; ///< with components bounded by the largest
+constexpr double NORMAL_ROUNDING = 4 * PRODUCT_ROUNDING; ///< with components bounded by the largest
 
 bool isFinite(const Vector3f& point)
 {
@@ -47,7 +47,7 @@ public:
         const std::size_t next = (longest + 1) % 3;
         const std::size_t last = (longest + 2) % 3;
         m_normal = m_edges[next].cross(m_edges[last]);
-        m_normalError = PLANE_ROUNDING * m_lengths[next] * m_lengths[last];
+        m_normalError = NORMAL_ROUNDING * m_lengths[next] * m_lengths[last];
         m_reach = (high - low).maxCoeff();
     }
 

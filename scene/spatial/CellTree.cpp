@@ -14,7 +14,7 @@ namespace
 {
 using Cell = CellTree::Cell;
 
-constexpr std::uint32_t FETCH_AHEAD = 16; ///< elements
+constexpr std::uint32_t BOUNDS_AHEAD = 16; ///< elements
 
 /// Divides cells level by level, so that a tree that must stop growing is as deep everywhere.
 class CellDivision
@@ -94,7 +94,7 @@ private:
         m_counts.fill(0);
         for (std::uint32_t i = 0; i < count; ++i)
         {
-            m_elements.prefetchBounds(incoming[std::min(i + FETCH_AHEAD, count - 1)]);
+            m_elements.prefetchBounds(incoming[std::min(i + BOUNDS_AHEAD, count - 1)]);
             const unsigned int met = isTop ? octants.metBy(m_elements, incoming[i])
                                            : octants.metWithin(m_elements, incoming[i]);
             m_met[i] = static_cast<std::uint8_t>(met);

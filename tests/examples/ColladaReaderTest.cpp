@@ -286,7 +286,7 @@ TEST_F(ColladaReaderTest, CamerasAndLightsAreConvertedAndPlaced)
 
 // The effect's diffuse goes through a sampler as version 1.4 writes it, its emission
 // through one of version 1.5; the material gives its own shininess.
-const char* const MATERIALS = R"(
+const char* const EFFECTS_AND_MATERIALS = R"(
 <library_images><image id="wood"><init_from> wood.png </init_from></image>
 <image id="glow"><init_from><ref>glow.png</ref></init_from></image></library_images>
 <library_effects><effect id="fx"><newparam sid="shine"><float>5</float></newparam><profile_COMMON>
@@ -306,7 +306,7 @@ const char* const MATERIALS = R"(
 
 TEST_F(ColladaReaderTest, MaterialsHaveTheParametersOfTheirEffect)
 {
-    const ReadResult result = readFine(MATERIALS + visualScene(""));
+    const ReadResult result = readFine(EFFECTS_AND_MATERIALS + visualScene(""));
     EXPECT_THAT(result.warnings, ElementsAre(HasSubstr("<reflective> of <effect id=\"fx\">")));
     EXPECT_EQ(m_scene->getImageByID("wood")->getFilename(), "wood.png");
     EXPECT_EQ(m_scene->getImageByID("glow")->getFilename(), "glow.png");
@@ -327,7 +327,7 @@ TEST_F(ColladaReaderTest, MaterialsHaveTheParametersOfTheirEffect)
 
 TEST_F(ColladaReaderTest, InstancesBindTheirMaterialsOrTheDefault)
 {
-    readFine(MATERIALS +
+    readFine(EFFECTS_AND_MATERIALS +
              quad("<triangles material=\"a\">" + std::string(VERTEX_INPUT) + "</triangles>" +
                   "<triangles>" + VERTEX_INPUT + "</triangles>") +
              visualScene("<node id=\"n\"><instance_geometry url=\"#quad\"><bind_material>"

@@ -7,6 +7,7 @@
 #include "scene/geometry/InstanceGeometry.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/geometry/Stream.h"
+#include "tests/scene/Numbers.h"
 #include "tests/scene/SceneUnderTest.h"
 
 #include <Eigen/Geometry>
@@ -44,12 +45,6 @@ inline std::vector<float> flat(const Points& points)
         floats.insert(floats.end(), point.data(), point.data() + 3);
     }
     return floats;
-}
-
-inline std::vector<float> rowByRow(const Eigen::Matrix4f& matrix)
-{
-    const Eigen::Matrix4f rows = matrix.transpose();
-    return {rows.data(), rows.data() + 16};
 }
 
 inline Eigen::Vector3f worldPositionOf(const NodePtr& node)

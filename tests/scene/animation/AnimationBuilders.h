@@ -4,6 +4,7 @@
 #include "scene/animation/AnimationManager.h"
 #include "scene/animation/Sampler.h"
 #include "scene/geometry/Stream.h"
+#include "tests/scene/Numbers.h"
 #include "tests/scene/SceneUnderTest.h"
 
 #include <boost/make_shared.hpp>
@@ -34,13 +35,6 @@ inline SamplerPtr makeSampler(const std::vector<float>& times, const std::vector
     addInput("INTERPOLATION", "INTERPOLATION", 1, {})
         ->setNameList(std::vector<std::string>(times.size(), interpolation));
     return sampler;
-}
-
-/// 16 floats row by row, as key values are written.
-inline std::vector<float> rowByRow(const Eigen::Matrix4f& matrix)
-{
-    const Eigen::Matrix<float, 4, 4, Eigen::RowMajor> rows = matrix;
-    return std::vector<float>(rows.data(), rows.data() + 16);
 }
 
 /// A scene whose animation manager is driven by the test, not by the worker.

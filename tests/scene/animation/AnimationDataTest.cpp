@@ -15,7 +15,7 @@ using ::testing::ElementsAre;
 
 namespace
 {
-StreamPtr makeStream(const std::string& id)
+StreamPtr makeAnimationStream(const std::string& id)
 {
     return boost::make_shared<Stream>(id, 1, false);
 }
@@ -28,8 +28,8 @@ AnimationPtr makeAnimation()
 
 TEST(Sampler, FindsTheFirstInputOfARoleAndNeverAnUnknownOne)
 {
-    const StreamPtr times = makeStream("times");
-    const StreamPtr values = makeStream("values");
+    const StreamPtr times = makeAnimationStream("times");
+    const StreamPtr values = makeAnimationStream("values");
     Sampler sampler("s");
     sampler.addInput("input", values);
     sampler.addInput("INPUT", StreamPtr());
@@ -47,9 +47,9 @@ TEST(Sampler, FindsTheFirstInputOfARoleAndNeverAnUnknownOne)
 TEST(Animation, LeavesOutEmptyPartsAndItselfAndFindsTheFirstByID)
 {
     const SamplerPtr sampler = boost::make_shared<Sampler>("s");
-    const StreamPtr stream = makeStream("x");
+    const StreamPtr stream = makeAnimationStream("x");
     const AnimationPtr animation = makeAnimation();
-    animation->setStreams({StreamPtr(), stream, makeStream("x")});
+    animation->setStreams({StreamPtr(), stream, makeAnimationStream("x")});
     animation->setSamplers({SamplerPtr(), sampler});
     animation->addAnimation(AnimationPtr());
     animation->addAnimation(animation);

@@ -2,13 +2,13 @@
 #include "scene/graph/TransformationRotate.h"
 #include "scene/graph/TransformationScale.h"
 #include "scene/graph/TransformationTranslate.h"
+#include "tests/scene/Numbers.h"
 #include "tests/scene/animation/AnimationBuilders.h"
 
 #include <Eigen/Geometry>
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <limits>
 #include <thread>
 
 namespace velmoran::scene
@@ -22,7 +22,6 @@ using testing::ElementsAre;
 using Vector3 = core::utils::Vector<float, 3>;
 
 constexpr float PI = 3.14159265F;
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 Matrix4f posed(const Vector3f& translation, float degrees, const Vector3f& axis,
                const Vector3f& scale = Vector3f::Ones())

@@ -13,7 +13,7 @@ using ::testing::ElementsAre;
 
 namespace
 {
-StreamPtr makeStream(const std::string& id)
+StreamPtr makeSkinStream(const std::string& id)
 {
     return boost::make_shared<Stream>(id, 1, true);
 }
@@ -22,9 +22,9 @@ StreamPtr makeStream(const std::string& id)
 class SkinData : public ::testing::Test
 {
 protected:
-    StreamPtr names = makeStream("names");
-    StreamPtr matrices = makeStream("matrices");
-    StreamPtr weights = makeStream("weights");
+    StreamPtr names = makeSkinStream("names");
+    StreamPtr matrices = makeSkinStream("matrices");
+    StreamPtr weights = makeSkinStream("weights");
     StreamPtr none;
     Skin skin{IGeometryPtr()};
 
@@ -58,8 +58,8 @@ TEST_F(SkinData, InputsAreChosenAmongTheStreamsByID)
 
 TEST_F(SkinData, AReplacedStreamIsReplacedWhereverItStands)
 {
-    const StreamPtr newWeights = makeStream("new weights");
-    const StreamPtr newNames = makeStream("new names");
+    const StreamPtr newWeights = makeSkinStream("new weights");
+    const StreamPtr newNames = makeSkinStream("new names");
     skin.replaceVertexWeightsStream("WEIGHT", newWeights);
     EXPECT_THAT(inputs(), ElementsAre(names, matrices, names, newWeights));
     // The joints input uses the same stream, which then is none of the skin's any more.

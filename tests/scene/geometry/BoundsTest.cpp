@@ -1,18 +1,16 @@
 #include "scene/deform/Controller.h"
 #include "scene/deform/Skin.h"
+#include "tests/scene/Numbers.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
 
 namespace velmoran::scene
 {
 namespace
 {
 using Eigen::Vector3f;
-
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 
 /// A mesh with these positions in its vertices list.
 struct PositionedMesh : OwnedMesh
@@ -27,14 +25,14 @@ struct PositionedMesh : OwnedMesh
     StreamPtr positions;
 };
 
-const std::vector<StreamMapping> VERTEX_INPUT = {StreamMapping(VERTEX, StreamPtr(), 0)};
+const std::vector<StreamMapping> VERTICES_ONLY = {VERTEX_INPUT};
 
 TEST(Bounds, OfAMeshAreThoseOfItsPrimitivesAndItsCentreTheirSum)
 {
     // Bounds begin at the origin: (0, 0, 0) to (2, 0, 0), and to (6, 0, 0).
     PositionedMesh data({2, 0, 0, 6, 0, 0, -9, -9, -9});
-    data.addTriangles(VERTEX_INPUT, {0, 0, 0});
-    data.addTriangles(VERTEX_INPUT, {1, 0, 7}); // the last index names nothing
+    data.addTriangles(VERTICES_ONLY, {0, 0, 0});
+    data.addTriangles(VERTICES_ONLY, {1, 0, 7}); // the last index names nothing
     EXPECT_EQ(data.mesh->getBVMax(), Vector3f(6, 0, 0));
     EXPECT_EQ(data.mesh->getBVMin(), Vector3f(0, 0, 0));
     EXPECT_EQ(data.mesh->getBVCenter(), Vector3f(4, 0, 0));
@@ -55,7 +53,7 @@ TEST(Bounds, AreComputedAtTheFirstDemandAndAfterTheListsHaveChanged)
     EXPECT_EQ(data.mesh->getBVMax(), Vector3f(4, 5, 6));
     data.mesh->calculateBV();
     EXPECT_EQ(data.mesh->getBVMin(), Vector3f(7, 7, 7));
-    data.addTriangles(VERTEX_INPUT, {0, 0, 0});
+    data.addTriangles(VERTICES_ONLY, {0, 0, 0});
     EXPECT_EQ(data.mesh->getBVMin(), Vector3f(0, 0, 0));
     EXPECT_EQ(data.mesh->getBVCenter(), Vector3f(3.5F, 3.5F, 3.5F));
 }
@@ -74,12 +72,12 @@ TEST(Bounds, LeaveOutWhatCantBeRead)
 {
     PositionedMesh unordered({NOT_A_NUMBER, 9, 9, 1, 1, 1, 2, 2, NOT_A_NUMBER});
     EXPECT_EQ(unordered.mesh->getBVMax(), Vector3f(1, 1, 1));
-    unordered.addTriangles(VERTEX_INPUT, {1, 0, 2});
+    unordered.addTriangles(VERTICES_ONLY, {1, 0, 2});
     EXPECT_EQ(unordered.mesh->getBVMax(), Vector3f(1, 1, 1));
 
     PositionedMesh flat({1, 2, 3, 4}, 2);
     EXPECT_EQ(flat.mesh->getBVMax(), Vector3f(0, 0, 0));
-    const auto primitive = flat.addTriangles(VERTEX_INPUT, {0, 1, 1});
+    const auto primitive = flat.addTriangles(VERTICES_ONLY, {0, 1, 1});
     EXPECT_EQ(flat.mesh->getBVMax(), Vector3f(0, 0, 0));
 
     flat.mesh->clearVertices();

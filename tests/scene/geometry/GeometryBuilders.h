@@ -15,6 +15,8 @@
 
 namespace velmoran::scene
 {
+inline const StreamMapping VERTEX_INPUT(VERTEX, StreamPtr(), 0);
+
 inline StreamPtr makeStream(const std::string& id, int stride, const std::vector<float>& data)
 {
     const StreamPtr stream = boost::make_shared<Stream>(id, stride, false);

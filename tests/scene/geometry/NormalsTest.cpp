@@ -18,8 +18,6 @@ using ::testing::ElementsAreArray;
 using ::testing::NanSensitiveFloatEq;
 
 constexpr float NAN_ = std::numeric_limits<float>::quiet_NaN();
-const StreamMapping VERTEX_INPUT(VERTEX, StreamPtr(), 0);
-
 auto are(const std::vector<float>& values)
 {
     std::vector<::testing::Matcher<float>> matchers;

@@ -31,8 +31,6 @@ void addToVertices(Mesh& mesh, StreamSemantic semantic, int stride, const std::v
     mesh.addVerticesMapping(StreamMapping(semantic, stream, 0));
 }
 
-const StreamMapping VERTEX_INPUT(VERTEX, StreamPtr(), 0);
-
 ControllerPtr makeController(const SkinPtr& skin)
 {
     const auto controller = boost::make_shared<Controller>("c", "");

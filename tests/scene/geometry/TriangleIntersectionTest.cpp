@@ -1,4 +1,5 @@
 #include "scene/spatial/Ray.h"
+#include "tests/scene/Numbers.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
 #include <Eigen/LU>
@@ -17,7 +18,6 @@ using Eigen::Vector3d;
 using Eigen::Vector3f;
 using Points = std::vector<Vector3f>;
 
-constexpr float NOT_A_NUMBER = std::numeric_limits<float>::quiet_NaN();
 constexpr float INFINITE = std::numeric_limits<float>::infinity();
 
 TrianglePtr makeTriangle(const Points& p)
