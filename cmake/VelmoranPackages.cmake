@@ -24,7 +24,7 @@ set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libvelmoran-scene-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${runtime_name} (= ${PROJECT_VERSION}), \
-libboost-dev, libboost-thread-dev, libboost-date-time-dev, libeigen3-dev (>= 3.4)")
+libboost-dev, libboost-thread-dev, libeigen3-dev (>= 3.4)")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "This package has the headers and what CMake and pkg-config find the libraries with.")
 

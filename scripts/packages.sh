@@ -1,7 +1,7 @@
 # Debian packages that the build needs; sourced by the other scripts.
 
 library_packages=(g++ cmake ninja-build
-    libboost-dev libboost-thread-dev libboost-date-time-dev libeigen3-dev)
+    libboost-dev libboost-thread-dev libeigen3-dev)
 example_packages=(libpugixml-dev libcli11-dev nlohmann-json3-dev libpng-dev)
 package_packages=(dpkg-dev file)
 test_packages=(libgtest-dev libgmock-dev pkg-config "${package_packages[@]}")

@@ -145,7 +145,8 @@ public:
     /// The worker's time source; never empty.
     core::system::IClockPtr getClock() const;
 
-    /// Appends; the scene shares and keeps the object, and never calls it.
+    /// Appends; the scene shares and keeps the object, and never calls it. An empty handle is
+    /// ignored.
     void addEvaluator(const EvaluatorPtr& evaluator);
 
     /// Takes out the first entry of this object, if there is one.

@@ -241,6 +241,16 @@ TEST_F(NodeTree, SplitsAMatrixWithoutTouchingTheScale)
     linear << 0, -1, 0, 1, 0, 0, 0, 0, 0;
     EXPECT_EQ(root->getRotation().linear(), linear);
     EXPECT_EQ(root->getTranslation().vector(), Eigen::Vector3f(1, 2, 3));
+
+    root->addTransformation(matrix); // turns by the linear part as it is
+    EXPECT_EQ(root->getRotation().linear(), Eigen::Matrix3f(linear * matrix.topLeftCorner<3, 3>()));
+    EXPECT_EQ(root->getTranslation().vector(), Eigen::Vector3f(2, 4, 6));
+    EXPECT_EQ(root->getScale(), Eigen::Vector3f(7, 7, 7));
+    matrix.row(3) = Eigen::RowVector4f(1, 1, 1, 2); // no part of a rotation
+    root->setRotation(matrix);
+    EXPECT_EQ(root->getRotation().linear(), Eigen::Matrix3f(matrix.topLeftCorner<3, 3>()));
+    EXPECT_EQ(root->getTransformations().row(3), Eigen::RowVector4f(0, 0, 0, 1));
+    EXPECT_EQ(scene.events.count("NodeTransformationUpdate:root,"), 4U);
 }
 
 TEST_F(NodeTree, AnnouncesLayersAndLights)
@@ -286,6 +296,15 @@ TEST_F(NodeTree, SetsMaterialsOfPrimitivesByTheirSymbols)
     EXPECT_THAT(scene.events.take(), ElementsAre("NodeMaterialChanged:root,1,0,red"));
     const auto controlled = root->getInstanceController(0)->getInstanceGeometry();
     EXPECT_EQ(controlled->getMaterial("paint"), red);
+
+    const InstanceGeometryPtr repeated = instanceOf("paint");
+    root->addInstanceGeometry(repeated);
+    root->addInstanceGeometry(repeated);
+    root->removeInstanceGeometry(repeated);
+    EXPECT_EQ(root->getInstancedGeometries().size(), 2U);
+    EXPECT_EQ(root->getInstancedGeometries().back(), repeated);
+    root->removeInstanceGeometry(controlled);
+    EXPECT_EQ(root->getInstancedGeometries().size(), 2U);
     mesh->clearPrimitives();
 }
 

@@ -82,8 +82,11 @@ TEST(Transformations, EverySetterIsSeenOnce)
     EXPECT_TRUE(seenOnce(rotate, [&] { rotate.setAngle(1.0F); }));
     EXPECT_TRUE(seenOnce(rotate, [&] { rotate.setFromMatrix(identity); }));
     EXPECT_TRUE(seenOnce(rotate, [&] { rotate.rotateBy(v, 1.0F); }));
+    EXPECT_TRUE(seenOnce(scale, [&] { scale.setScaleX(7.0F); }));
+    EXPECT_TRUE(seenOnce(scale, [&] { scale.setScaleY(8.0F); }));
     EXPECT_TRUE(seenOnce(scale, [&] { scale.setScaleZ(9.0F); }));
-    expectVector(scale.getScale(), 1, 1, 9);
+    expectVector(scale.getScale(), 7, 8, 9);
+    expectVector({scale.getScaleX(), scale.getScaleY(), scale.getScaleZ()}, 7, 8, 9);
     EXPECT_TRUE(seenOnce(scale, [&] { scale.setScale(v); }));
     EXPECT_TRUE(seenOnce(skew, [&] { skew.setAngle(1.0F); }));
     EXPECT_TRUE(seenOnce(skew, [&] { skew.setRotation(v); }));

@@ -1,3 +1,4 @@
+#include "scene/animation/Evaluator.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Mesh.h"
 #include "scene/graph/Camera.h"
@@ -199,6 +200,23 @@ TEST(SceneManager, PlacesLightsAndNamesTheirNodes)
     EXPECT_THROW(unowned.createNewCamera(0, "", ""), boost::bad_weak_ptr);
     EXPECT_THROW(unowned.createNewLight(0, "l", "", ""), boost::bad_weak_ptr);
     EXPECT_EQ(unowned.getCameraCount() + unowned.getLightLibrary().size(), 0U);
+}
+
+TEST(SceneManager, KeepsEvaluatorsInTheirOrder)
+{
+    SceneUnderTest scene;
+    const auto first = boost::make_shared<Evaluator>();
+    const auto second = boost::make_shared<Evaluator>();
+    for (const EvaluatorPtr& evaluator : {first, second, first, EvaluatorPtr()})
+    {
+        scene.manager->addEvaluator(evaluator);
+    }
+    scene.manager->removeEvaluator(first);
+    scene.manager->removeEvaluator(EvaluatorPtr());
+    ASSERT_EQ(scene.manager->getEvaluatorsCount(), 2U);
+    EXPECT_EQ(scene.manager->getEvaluatorAt(0), second);
+    EXPECT_EQ(scene.manager->getEvaluatorAt(1), first);
+    EXPECT_EQ(scene.manager->getEvaluatorAt(2), nullptr);
 }
 
 TEST(SceneManager, FreesEverythingWithTheLastHandle)
