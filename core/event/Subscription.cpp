@@ -4,7 +4,9 @@ namespace velmoran::core::event
 {
 namespace
 {
-thread_local Subscription::Delivery* t_innermost = nullptr;
+// Found without a call, at each delivery: it has its place from when the program starts, or
+// in what the loader keeps free for libraries that come later.
+[[gnu::tls_model("initial-exec")]] thread_local Subscription::Delivery* t_innermost = nullptr;
 } // namespace
 
 /// Keeps a delivery on this thread's stack for as long as it lives.
