@@ -35,12 +35,28 @@ public:
 private:
     const int m_hungryTurns;
 };
+
+/// With two nodes that have no keys so far.
+struct WorldWithNewNodes : WorldUnderTest
+{
+    WorldWithNewNodes()
+    {
+        claw->addTransformation(makeTranslation(2.0F));
+        addNode("hand", "thumb");
+    }
+
+    const NodePtr claw = addNode("hand", "claw");
+};
 } // namespace
 
 TEST(PlaybackMemory, AnimationIsAsBeforeWhenKeyingRunsOut)
 {
     expectAllOrNothing([](WorldUnderTest& w) { w.player->insertKeyframe(0.5F); });
     expectAllOrNothing([](WorldUnderTest& w) { w.player->removeKeyFrame(w.animation, 1.0F); });
+    using World = WorldWithNewNodes;
+    expectAllOrNothing<World>([](World& w) { w.player->insertKeyframe(0.5F); });
+    expectAllOrNothing<World>([](World& w) { w.player->addAnimationCamera(); });
+    expectAllOrNothing<World>([](World& w) { w.animation->insertKeyFrame(w.claw, 0.5F); });
 }
 
 TEST(PlaybackMemory, PlayerIsAsBeforeWhenAnAnimationRunsOut)

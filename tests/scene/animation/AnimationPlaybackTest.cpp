@@ -111,6 +111,17 @@ TEST_F(MatrixPlayback, StepsAndMultipliesOntoWhatPrecedesTheMatrix)
     EXPECT_TRUE(evaluated[node][0].isApprox(posed(Vector3f(2, 4, 0), 0, Vector3f::UnitZ())));
     EXPECT_NEAR(evaluated[node][2](1, 1), 3.0F, 1e-5F);
     EXPECT_TRUE((evaluated[node][0] * evaluated[node][1] * evaluated[node][2]).isApprox(second));
+
+    // Another animation than the player's; this one goes on as before.
+    const auto other = boost::make_shared<Animation>("other", "");
+    other->addChannel(makeSampler({0, 1}, joined({first, first}), 16), "n/m");
+    scene.player->playAnimation(other, evaluated);
+    EXPECT_TRUE((evaluated[node][0] * evaluated[node][1] * evaluated[node][2]).isApprox(first));
+    scene.player->playAnimation(AnimationPtr(), evaluated);
+    EXPECT_EQ(scene.player->getAnimation(), scene.animation);
+    expectPose(expected);
+    scene.showAt(998);
+    expectPose(expected);
 }
 
 TEST_F(MatrixPlayback, IsBlendedBesideAnotherDrivenTransformation)

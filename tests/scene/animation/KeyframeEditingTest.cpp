@@ -150,6 +150,20 @@ TEST(KeyframeEditing, PutsTangentsBehindTheFirstKeyAndStopsAtTheFirstChannelWith
     EXPECT_THAT(tangents->getData(), ElementsAre(1, 2, 0, 0, 3, 4));
     EXPECT_EQ(tangents->getCount(), 3);
 
+    // A single matrix, which may stand in no list.
+    const auto matrix = boost::make_shared<TransformationMatrix>();
+    matrix->setSid("second");
+    Animation single("s", "");
+    single.insertTransformations(node, matrix, 3.0F);
+    single.insertTransformations(node, matrix, std::nanf(""));
+    single.insertTransformations(NodePtr(), matrix, 3.0F);
+    single.insertKeyFrame(NodePtr(), 3.0F);
+    ASSERT_EQ(single.getChildAnimations().size(), 1U);
+    const AnimationPtr keyed = single.getChildAnimations().front();
+    ASSERT_EQ(keyed->getChannelArray().size(), 1U);
+    EXPECT_EQ(keyed->getChannelArray().front().second, "n/second");
+    EXPECT_THAT(streamOf(keyed, Sampler::INPUT)->getData(), ElementsAre(3));
+
     Animation walked("w", "");
     const SamplerPtr first = makeSampler({0, 1}, {5, 6}, 1);
     const SamplerPtr last = makeSampler({0, 1}, {7, 8}, 1);

@@ -1,3 +1,5 @@
+#include "scene/animation/Animation.h"
+#include "scene/animation/AnimationManager.h"
 #include "scene/animation/Evaluator.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Mesh.h"
@@ -200,6 +202,19 @@ TEST(SceneManager, PlacesLightsAndNamesTheirNodes)
     EXPECT_THROW(unowned.createNewCamera(0, "", ""), boost::bad_weak_ptr);
     EXPECT_THROW(unowned.createNewLight(0, "l", "", ""), boost::bad_weak_ptr);
     EXPECT_EQ(unowned.getCameraCount() + unowned.getLightLibrary().size(), 0U);
+}
+
+TEST(SceneManager, TakesAnimationsOutByTheirPlaceWhileTheyArePlayed)
+{
+    SceneUnderTest scene;
+    const auto first = boost::make_shared<Animation>("a", "");
+    const auto second = boost::make_shared<Animation>("b", "");
+    scene.manager->setAnimationsLibrary({first, second});
+    scene.manager->getAnimationManager()->setAnimation(first);
+    scene.manager->removeAnimation(2);
+    scene.manager->removeAnimation(0);
+    EXPECT_THAT(scene.manager->getAnimationsLibrary(), ElementsAre(second));
+    EXPECT_EQ(scene.manager->getAnimationManager()->getAnimation(), first);
 }
 
 TEST(SceneManager, KeepsEvaluatorsInTheirOrder)
