@@ -27,7 +27,7 @@ void PoseLanes::compute(std::size_t count)
 
 void PoseLanes::blend(std::size_t count)
 {
-    for (std::size_t i = 0; i < count; ++i)
+    for (Eigen::Index i = 0; i < static_cast<Eigen::Index>(count); ++i)
     {
         const MatrixKey& a = *m_a[i];
         const MatrixKey& b = *m_b[i];
@@ -57,7 +57,7 @@ void PoseLanes::writeRotations(std::size_t count)
     const Lanes zx = tz * m_x - ty * m_w;
     const Lanes yz = tz * m_y - tx * m_w;
     const Lanes zy = tz * m_y + tx * m_w;
-    for (std::size_t i = 0; i < count; ++i)
+    for (Eigen::Index i = 0; i < static_cast<Eigen::Index>(count); ++i)
     {
         float* const columns = m_poses[i].matrix.data();
         columns[0] = xx[i];

@@ -35,10 +35,11 @@ public:
     {
         m_a[lane] = &a;
         m_b[lane] = &b;
-        m_u[lane] = u;
-        m_angle[lane] = a.angle;
-        m_inverseSine[lane] = a.inverseSine;
-        m_sign[lane] = a.sign;
+        const auto entry = static_cast<Eigen::Index>(lane);
+        m_u[entry] = u;
+        m_angle[entry] = a.angle;
+        m_inverseSine[entry] = a.inverseSine;
+        m_sign[entry] = a.sign;
     }
 
     /// Interpolates the first `count` lanes, which have been set.
