@@ -122,6 +122,7 @@ private:
     int insertIndexed(const float* values, std::size_t index);
     void sortOut(std::size_t first, std::vector<int>& indices);
     void sortOutBlock(std::size_t first, std::size_t tuples, int* indices);
+    bool hasRoom(std::size_t tuples) const;
     void updateIndex(std::size_t tuples, std::size_t room, std::size_t expected);
     void indexBlock(std::size_t tuples);
     std::uint32_t& findSlot(const float* values, std::uint32_t hash);

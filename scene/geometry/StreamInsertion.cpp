@@ -22,6 +22,10 @@ constexpr std::size_t maxTuples = std::numeric_limits<int>::max();
 
 bool isSameTuple(const float* a, const float* b, std::size_t width)
 {
+    if (width == 3) // positions and normals: no loop, and one jump
+    {
+        return (a[0] == b[0]) & (a[1] == b[1]) & (a[2] == b[2]);
+    }
     for (std::size_t i = 0; i < width; ++i)
     {
         if (!(a[i] == b[i]))
@@ -32,19 +36,30 @@ bool isSameTuple(const float* a, const float* b, std::size_t width)
     return true;
 }
 
+std::uint64_t mix(std::uint64_t hash, float value)
+{
+    value += 0.0f; // equal floats need equal bits: -0.0 becomes 0.0
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return ((hash ^ (hash >> 32)) ^ bits) * 0x9E3779B97F4A7C15u;
+}
+
 /// Writes a hash that is the same for equal tuples. Returns false for a tuple with a
 /// NaN, which equals nothing.
 bool hashTuple(const float* values, std::size_t width, std::uint32_t& result)
 {
+    if (width == 3)
+    {
+        const std::uint64_t hash = mix(mix(mix(0, values[0]), values[1]), values[2]);
+        result = static_cast<std::uint32_t>(hash >> 32);
+        return isSameTuple(values, values, width);
+    }
     bool isOrdered = true;
     std::uint64_t hash = 0;
     for (std::size_t i = 0; i < width; ++i)
     {
-        const float value = values[i] + 0.0f; // equal floats need equal bits: -0.0 becomes 0.0
-        std::uint32_t bits = 0;
-        std::memcpy(&bits, &value, sizeof bits);
-        isOrdered &= value == value;
-        hash = ((hash ^ (hash >> 32)) ^ bits) * 0x9E3779B97F4A7C15u;
+        isOrdered &= values[i] == values[i];
+        hash = mix(hash, values[i]);
     }
     result = static_cast<std::uint32_t>(hash >> 32); // the well mixed half
     return isOrdered;
@@ -58,6 +73,87 @@ void prefetch([[maybe_unused]] const void* address)
 #endif
 }
 } // namespace
+
+// What every insertion needs is inline: three calls and their registers are a third of one
+// that finds its tuple.
+
+/// Whether at most two thirds of the slots are taken with so many tuples, which keeps the rows
+/// of taken slots short.
+inline bool Stream::hasRoom(std::size_t tuples) const
+{
+    return tuples * 3 <= m_slots.size() * 2;
+}
+
+inline std::size_t Stream::getHome(std::uint32_t hash) const
+{
+    return static_cast<std::size_t>((std::uint64_t(hash) << m_slotBits) >> 32);
+}
+
+inline std::uint32_t Stream::makeTag(std::uint32_t hash) const
+{
+    return static_cast<std::uint32_t>(std::uint64_t(hash) << m_slotBits);
+}
+
+inline std::uint32_t Stream::makeSlot(std::size_t tuple, std::uint32_t hash) const
+{
+    return makeTag(hash) | static_cast<std::uint32_t>(tuple + 1);
+}
+
+/// Whether the tuple in `slot` may have the hash that `tag` was made of.
+inline bool Stream::isCandidate(std::uint32_t slot, std::uint32_t tag) const
+{
+    return (slot ^ tag) < m_slots.size();
+}
+
+inline std::size_t Stream::slotTuple(std::uint32_t slot) const
+{
+    return (slot & (m_slots.size() - 1)) - 1;
+}
+
+/// The slot that holds a tuple equal to `values`, else the free one where it belongs.
+inline std::uint32_t& Stream::findSlot(const float* values, std::uint32_t hash)
+{
+    const auto width = static_cast<std::size_t>(m_stride);
+    const std::size_t mask = m_slots.size() - 1;
+    const std::uint32_t tag = makeTag(hash);
+    for (std::size_t i = getHome(hash);; ++i)
+    {
+        std::uint32_t& slot = m_slots[i & mask];
+        if (slot == 0 || (isCandidate(slot, tag) &&
+                          isSameTuple(&m_data[slotTuple(slot) * width], values, width)))
+        {
+            return slot;
+        }
+    }
+}
+
+inline int Stream::insertIndexed(const float* values, std::size_t index)
+{
+    std::uint32_t hash = 0;
+    if (!hashTuple(values, static_cast<std::size_t>(m_stride), hash))
+    {
+        return append(values, index);
+    }
+    if (m_indexedTuples != index || !hasRoom(index + 1))
+    {
+        updateIndex(index, 1, index);
+    }
+    std::uint32_t& slot = findSlot(values, hash);
+    if (slot != 0)
+    {
+        return static_cast<int>(slotTuple(slot));
+    }
+    // Behind a broken last tuple, what is appended is not what will be read at `index`;
+    // the next insertion then takes that into the table.
+    const bool isWhole = m_data.size() == index * static_cast<std::size_t>(m_stride);
+    const int result = append(values, index);
+    if (isWhole && result >= 0)
+    {
+        slot = makeSlot(index, hash);
+        m_indexedTuples = index + 1;
+    }
+    return result;
+}
 
 int Stream::insertValue(int n, const float* values)
 {
@@ -237,40 +333,14 @@ int Stream::append(const float* values, std::size_t index)
     return static_cast<int>(index);
 }
 
-int Stream::insertIndexed(const float* values, std::size_t index)
-{
-    std::uint32_t hash = 0;
-    if (!hashTuple(values, static_cast<std::size_t>(m_stride), hash))
-    {
-        return append(values, index);
-    }
-    updateIndex(index, 1, index);
-    std::uint32_t& slot = findSlot(values, hash);
-    if (slot != 0)
-    {
-        return static_cast<int>(slotTuple(slot));
-    }
-    // Behind a broken last tuple, what is appended is not what will be read at `index`;
-    // the next insertion then takes that into the table.
-    const bool isWhole = m_data.size() == index * static_cast<std::size_t>(m_stride);
-    const int result = append(values, index);
-    if (isWhole && result >= 0)
-    {
-        slot = makeSlot(index, hash);
-        m_indexedTuples = index + 1;
-    }
-    return result;
-}
-
 /// Takes the first `tuples` tuples into the table and leaves room for `room` more. A table
 /// that must grow is made for `expected` tuples at once, if that is not far more.
 void Stream::updateIndex(std::size_t tuples, std::size_t room, std::size_t expected)
 {
-    // At most two thirds of the slots are taken, which keeps the rows of taken slots short.
     // A table that knows of more tuples than there are is of data that was cut behind its
     // back.
     const std::size_t needed = tuples + room;
-    if (needed * 3 > m_slots.size() * 2 || m_indexedTuples > tuples)
+    if (!hasRoom(needed) || m_indexedTuples > tuples)
     {
         const std::size_t wanted = std::max(needed, std::min(expected, 64 * needed));
         unsigned int bits = 6;
@@ -313,49 +383,6 @@ void Stream::indexBlock(std::size_t tuples)
             slot = makeSlot(m_indexedTuples, hashes[i]);
         }
     }
-}
-
-/// The slot that holds a tuple equal to `values`, else the free one where it belongs.
-std::uint32_t& Stream::findSlot(const float* values, std::uint32_t hash)
-{
-    const auto width = static_cast<std::size_t>(m_stride);
-    const std::size_t mask = m_slots.size() - 1;
-    const std::uint32_t tag = makeTag(hash);
-    for (std::size_t i = getHome(hash);; ++i)
-    {
-        std::uint32_t& slot = m_slots[i & mask];
-        if (slot == 0 || (isCandidate(slot, tag) &&
-                          isSameTuple(&m_data[slotTuple(slot) * width], values, width)))
-        {
-            return slot;
-        }
-    }
-}
-
-std::size_t Stream::getHome(std::uint32_t hash) const
-{
-    return static_cast<std::size_t>((std::uint64_t(hash) << m_slotBits) >> 32);
-}
-
-std::uint32_t Stream::makeTag(std::uint32_t hash) const
-{
-    return static_cast<std::uint32_t>(std::uint64_t(hash) << m_slotBits);
-}
-
-std::uint32_t Stream::makeSlot(std::size_t tuple, std::uint32_t hash) const
-{
-    return makeTag(hash) | static_cast<std::uint32_t>(tuple + 1);
-}
-
-/// Whether the tuple in `slot` may have the hash that `tag` was made of.
-bool Stream::isCandidate(std::uint32_t slot, std::uint32_t tag) const
-{
-    return (slot ^ tag) < m_slots.size();
-}
-
-std::size_t Stream::slotTuple(std::uint32_t slot) const
-{
-    return (slot & (m_slots.size() - 1)) - 1;
 }
 
 void Stream::dropIndex()
