@@ -80,11 +80,14 @@ void NormalSlots::number(const std::vector<float>& normals, Stream& target)
 {
     m_tuples.assign(normals.size() / 3, UNSEEN);
     std::vector<float> values; // by number
+    values.reserve(normals.size());
     unsigned int count = 0;
     const auto add = [&](unsigned int position)
     {
-        const float* const normal = &normals[3 * std::size_t(position)];
-        values.insert(values.end(), normal, normal + 3);
+        for (std::size_t i = 0; i < 3; ++i)
+        {
+            values.push_back(normals[3 * std::size_t(position) + i]);
+        }
         return count++;
     };
     for (const TriangleMeshPrimitive* const primitive : m_primitives)
