@@ -10,6 +10,8 @@
 #include "scene/graph/Node.h"
 #include "scene/manager/SceneManager.h"
 
+#include <algorithm>
+
 using namespace velmoran;
 using namespace velmoran::scene;
 using fuzz::check;
@@ -101,7 +103,12 @@ void pose(const SceneManagerPtr& scene)
         skin->getVertexWeightsInput("JOINT"), skin->getVertexWeightsInput("WEIGHT"),
         skin->getJointsInput("INV_BIND_MATRIX"), skin->getJointsInput("JOINT"));
     check(!posed == !vertices, "there is a result exactly when there are vertices");
-    check(!posed || posed->getData().size() <= vertices->getData().size(), "no vertex is added");
+    if (posed)
+    {
+        const auto width = static_cast<std::size_t>(std::max(vertices->getStride(), 0));
+        const std::size_t tuples = width != 0 ? vertices->getData().size() / width : 0;
+        check(posed->getData().size() == tuples * width, "there are as many vertices");
+    }
     for (const int vertex : {-1, 0, 3, 2000000000})
     {
         std::vector<int> joints;

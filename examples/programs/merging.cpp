@@ -38,7 +38,8 @@ int main()
 
     //! [merge]
     {
-        const SceneLock lock(shown); // the worker of the shown scene keeps out
+        const SceneLock shownLock(shown); // the workers of both keep out
+        const SceneLock loadedLock(loaded);
         shown->mergeSceneManager(loaded, SceneManager::DISCARD_REPEATED_GEOMETRIES, "");
     }
     //! [merge]

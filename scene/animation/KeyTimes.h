@@ -11,7 +11,7 @@ namespace velmoran::scene
 ///
 /// Works on any times: unsorted, repeated, NaN. Threads: a search writes nothing but the
 /// caller's cursor.
-class VELMORAN_SCENE_EXPORT KeyTimes
+class KeyTimes
 {
 public:
     /// The keys around a moment.

@@ -13,7 +13,7 @@ namespace velmoran::scene
 /// Keys that are whole matrices, split once and interpolated part by part.
 ///
 /// Threads: evaluating writes nothing but what the caller passes.
-class VELMORAN_SCENE_EXPORT MatrixKeys
+class MatrixKeys
 {
 public:
     /// `values` holds a matrix row by row in the first 16 of every `stride` (16 or more)

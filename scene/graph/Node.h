@@ -16,6 +16,10 @@
 
 namespace velmoran::scene
 {
+static_assert(EIGEN_MAX_ALIGN_BYTES == 16,
+              "Node and other classes have another layout then: use the flags that the CMake "
+              "package and pkg-config give.");
+
 /// An element of the scene graph: a named transform with children and instances.
 ///
 /// Transform: the local matrix is Translation(T) * R * Scaling(S), column vectors.

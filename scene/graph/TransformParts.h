@@ -24,7 +24,7 @@ struct TransformParts
 /// made with a singular value decomposition. The scaling of a mirroring matrix has a
 /// negative determinant. Where the linear part has a NaN or an infinity, the rotation is
 /// the identity and the scaling that part.
-VELMORAN_SCENE_EXPORT TransformParts splitTransform(const Eigen::Matrix4f& matrix);
+TransformParts splitTransform(const Eigen::Matrix4f& matrix);
 
 /// Translation(translation) * linear * Scaling(scale).
 inline Eigen::Matrix4f composeTransform(const Eigen::Vector3f& translation,

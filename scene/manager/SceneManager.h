@@ -406,10 +406,11 @@ public:
 
     /// @name Merging
     /// Runs on the calling thread, takes no lock and leaves the incoming scene as it was; callers
-    /// hold the scene lock where others may read. Every clash is resolved and logged. Incoming
-    /// images, effects and materials clash with what this scene holds, not with each other; nodes
-    /// do, since each is added as it is met. Results map old identifiers to new ones, for renamed
-    /// items only.
+    /// hold the scene lock where others may read. Every clash is resolved and logged. The suffix
+    /// "__renamed__" has no counter: an image or geometry whose new ID is taken, too, is not found
+    /// by it, and what refers to it gets the one that has the ID. Incoming images, effects and
+    /// materials clash with what this scene holds, not with each other; nodes do, since each is
+    /// added as it is met. Results map old identifiers to new ones, for renamed items only.
     /// @{
 
     /// The flags of `mergeSceneManager`, to be combined.

@@ -10,6 +10,7 @@
 #include "scene/physics/PhysicsScene.h"
 #include "tests/memory/WorldUnderTest.h"
 
+#include <algorithm>
 #include <filesystem>
 
 using namespace velmoran::scene;
@@ -159,6 +160,21 @@ TEST(MergingMemory, AvatarsAreNotHalfMorphed)
                                   { worlds.manager->morph(worlds.other.manager, 0.5F); });
 }
 
+namespace
+{
+bool hasOpen(const std::filesystem::path& path)
+{
+    namespace fs = std::filesystem;
+    const fs::directory_iterator files("/proc/self/fd");
+    return std::any_of(begin(files), end(files),
+                       [&](const fs::directory_entry& file)
+                       {
+                           std::error_code error; // the listing's own may be closed by now
+                           return fs::read_symlink(file.path(), error) == path;
+                       });
+}
+} // namespace
+
 TEST(LogOnAFullDisk, DropsMessagesAndTheSceneGoesOn)
 {
     namespace fs = std::filesystem;
@@ -177,6 +193,10 @@ TEST(LogOnAFullDisk, DropsMessagesAndTheSceneGoesOn)
     worlds.manager->mergeSceneManager(worlds.other.manager, 0, "arm");
     EXPECT_EQ(worlds.manager->getNodeArray().size(), 2 * nodes);
     fs::current_path(before);
+    if (!hasOpen("/dev/full"))
+    {
+        GTEST_SKIP() << "The logs were open before.";
+    }
 }
 
 TEST(LogWithoutMemory, DropsTheMessage)
