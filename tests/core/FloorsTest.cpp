@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 
 namespace
@@ -54,20 +54,10 @@ bool isUpward(const std::string& from, const std::string& to)
     return besides || FLOOR_OF_FOLDER.at(source) < FLOOR_OF_FOLDER.at(target);
 }
 
-/// What a line includes with quotes; "" when it is no such line.
-std::string includedBy(const std::string& line)
-{
-    std::istringstream words(line);
-    std::string directive;
-    std::string name;
-    words >> directive >> name;
-    const bool quoted = name.size() > 2 && name.front() == '"' && name.back() == '"';
-    return directive == "#include" && quoted ? name.substr(1, name.size() - 2) : "";
-}
-
 std::set<std::string> upwardIncludes()
 {
     const fs::path root(VELMORAN_SOURCE_DIR);
+    const std::regex include("\\s*#include\\s+\"(.+)\".*");
     std::set<std::string> found;
     for (const char* const top : {"core", "scene"})
     {
@@ -82,10 +72,10 @@ std::set<std::string> upwardIncludes()
             std::ifstream file(entry.path());
             for (std::string line; std::getline(file, line);)
             {
-                const std::string to = includedBy(line);
-                if (!to.empty() && isUpward(from, to))
+                std::smatch quoted;
+                if (std::regex_match(line, quoted, include) && isUpward(from, quoted[1]))
                 {
-                    found.insert(from + " includes " + to);
+                    found.insert(from + " includes " + quoted.str(1));
                 }
             }
         }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
 
 using velmoran::core::utils::Quaternion;
 using Vec3 = velmoran::core::utils::Vector<float, 3>;
@@ -21,27 +22,20 @@ void expectAxisAngle(const Quaternion& rotation, const std::array<float, 4>& exp
 
 TEST(Quaternion, GivesBackUnitAxisAndDegrees)
 {
-    struct Row
-    {
-        const char* name;
-        Vec3 axis;
-        float angle;
-        std::array<float, 4> expected;
+    const std::tuple<const char*, Vec3, float, std::array<float, 4>> rows[] = {
+        {"longer axis", Vec3(0.0f, 3.0f, 4.0f), 90.0f, {{0.0f, 0.6f, 0.8f, 90.0f}}},
+        {"tiny axis", Vec3(0.0f, 0.0f, 1e-42f), 30.0f, {{0.0f, 0.0f, 1.0f, 30.0f}}},
+        {"beyond half a turn", Vec3(1.0f, 0.0f, 0.0f), 300.0f, {{1.0f, 0.0f, 0.0f, 300.0f}}},
+        {"negative", Vec3(0.0f, 0.0f, 1.0f), -30.0f, {{0.0f, 0.0f, -1.0f, 30.0f}}},
+        {"tiny angle", Vec3(0.0f, 1.0f, 0.0f), 1e-6f, {{0.0f, 1.0f, 0.0f, 1e-6f}}},
+        {"whole turn", Vec3(0.0f, 1.0f, 0.0f), 360.0f, {{1.0f, 0.0f, 0.0f, 0.0f}}},
+        {"zero axis", Vec3(0.0f, 0.0f, 0.0f), 180.0f, {{1.0f, 0.0f, 0.0f, 0.0f}}},
+        {"infinite angle", Vec3(0.0f, 1.0f, 0.0f), INFINITY, {{1.0f, 0.0f, 0.0f, 0.0f}}},
     };
-    const Row rows[] = {
-        {"longer axis", {0.0f, 3.0f, 4.0f}, 90.0f, {0.0f, 0.6f, 0.8f, 90.0f}},
-        {"tiny axis", {0.0f, 0.0f, 1e-42f}, 30.0f, {0.0f, 0.0f, 1.0f, 30.0f}},
-        {"beyond half a turn", {1.0f, 0.0f, 0.0f}, 300.0f, {1.0f, 0.0f, 0.0f, 300.0f}},
-        {"negative", {0.0f, 0.0f, 1.0f}, -30.0f, {0.0f, 0.0f, -1.0f, 30.0f}},
-        {"tiny angle", {0.0f, 1.0f, 0.0f}, 1e-6f, {0.0f, 1.0f, 0.0f, 1e-6f}},
-        {"whole turn", {0.0f, 1.0f, 0.0f}, 360.0f, {1.0f, 0.0f, 0.0f, 0.0f}},
-        {"zero axis", {0.0f, 0.0f, 0.0f}, 180.0f, {1.0f, 0.0f, 0.0f, 0.0f}},
-        {"infinite angle", {0.0f, 1.0f, 0.0f}, INFINITY, {1.0f, 0.0f, 0.0f, 0.0f}},
-    };
-    for (const Row& row : rows)
+    for (const auto& [name, axis, angle, expected] : rows)
     {
-        SCOPED_TRACE(row.name);
-        expectAxisAngle(Quaternion(row.axis, row.angle), row.expected);
+        SCOPED_TRACE(name);
+        expectAxisAngle(Quaternion(axis, angle), expected);
     }
 }
 

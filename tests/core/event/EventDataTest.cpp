@@ -16,10 +16,4 @@ TEST(EventData, GivesFieldsAsTheyStandAndNothingPastTheEnds)
     EXPECT_EQ(EventData("").getArg(0), "");
     EXPECT_EQ(EventData("a,").getArg(1), "");
 }
-
-TEST(EventType, IsEqualByName)
-{
-    EXPECT_EQ(EventType("SyncScene"), EventType(std::string("SyncScene")));
-    EXPECT_NE(EventType("SyncScene"), EventType("SceneUpdate"));
-}
 } // namespace velmoran::core::event

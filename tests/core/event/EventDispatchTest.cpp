@@ -145,26 +145,36 @@ TEST_F(EventDispatch, StopsAnObjectThatDetachesOrDestroysItself)
     EXPECT_EQ(heard.back(), "direct:2");
 }
 
-TEST_F(EventDispatch, DetachingWaitsForAHandlerOnAnotherThread)
+TEST_F(EventDispatch, DestructionWaitsForAHandlerOnAnotherThread)
 {
-    std::promise<void> entered;
-    std::promise<void> release;
-    std::atomic<bool> finished{false};
-    auto listener = std::make_unique<Listener>(manager);
-    listener->on("ping",
-                 [&](const Event&)
-                 {
-                     entered.set_value();
-                     release.get_future().wait();
-                     finished = true;
-                 });
-    std::thread raising([&] { manager->triggerEvent("ping", ""); });
-    entered.get_future().wait();
-    std::thread releasing([&] { release.set_value(); });
-    listener.reset();
-    EXPECT_TRUE(finished);
-    raising.join();
-    releasing.join();
+    for (const bool detachesItself : {false, true})
+    {
+        SCOPED_TRACE(detachesItself ? "that detached itself" : "");
+        std::promise<void> entered;
+        std::promise<void> release;
+        std::atomic<bool> finished{false};
+        auto listener = std::make_unique<Listener>(manager);
+        Listener* const object = listener.get();
+        listener->on("ping",
+                     [&](const Event&)
+                     {
+                         if (detachesItself)
+                         {
+                             object->unregister("ping");
+                             object->setEventManager(EventManagerPtr());
+                         }
+                         entered.set_value();
+                         release.get_future().wait();
+                         finished = true;
+                     });
+        std::thread raising([&] { manager->triggerEvent("ping", ""); });
+        entered.get_future().wait();
+        std::thread releasing([&] { release.set_value(); });
+        listener.reset();
+        EXPECT_TRUE(finished);
+        raising.join();
+        releasing.join();
+    }
 }
 
 TEST_F(EventDispatch, TwoHandlersMayDetachTheirObjectAtTheSameTime)
@@ -190,31 +200,6 @@ TEST_F(EventDispatch, TwoHandlersMayDetachTheirObjectAtTheSameTime)
         other.join();
         EXPECT_EQ(inside, 2);
     }
-}
-
-TEST_F(EventDispatch, DestructionWaitsForAHandlerThatDetachedItself)
-{
-    std::promise<void> detached;
-    std::promise<void> release;
-    std::atomic<bool> finished{false};
-    auto listener = std::make_unique<Listener>(manager);
-    Listener* const object = listener.get();
-    listener->on("ping",
-                 [&](const Event&)
-                 {
-                     object->unregister("ping");
-                     object->setEventManager(EventManagerPtr());
-                     detached.set_value();
-                     release.get_future().wait();
-                     finished = true;
-                 });
-    std::thread raising([&] { manager->triggerEvent("ping", ""); });
-    detached.get_future().wait();
-    std::thread releasing([&] { release.set_value(); });
-    listener.reset();
-    EXPECT_TRUE(finished);
-    raising.join();
-    releasing.join();
 }
 
 TEST_F(EventDispatch, AnOverridingManagerHearsWhatNobodyListensTo)
