@@ -1,6 +1,5 @@
 // Players, and the worker that drives them, after an operation that ran out of memory.
 
-#include "scene/manager/ISceneController.h"
 #include "tests/memory/WorldUnderTest.h"
 
 #include <atomic>

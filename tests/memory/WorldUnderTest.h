@@ -15,9 +15,6 @@
 #include "tests/scene/AvatarUnderTest.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
 #include <new>
 
 namespace velmoran::scene

@@ -13,9 +13,7 @@
 #include <Eigen/Geometry>
 
 #include <cmath>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace velmoran::scene
 {
@@ -50,6 +48,17 @@ inline std::vector<float> flat(const Points& points)
 inline Eigen::Vector3f worldPositionOf(const NodePtr& node)
 {
     return node->getCombinedTransformations().topRightCorner<3, 1>();
+}
+
+/// Gives a skin its streams, of the IDs "names", "matrices" and "weights", and takes its inputs
+/// from them.
+inline void setStreams(const SkinPtr& skin, const std::vector<StreamPtr>& streams)
+{
+    skin->setStreams(streams);
+    skin->setJointsInput("JOINT", "names");
+    skin->setJointsInput("INV_BIND_MATRIX", "matrices");
+    skin->setVertexWeightsInput("JOINT", "names");
+    skin->setVertexWeightsInput("WEIGHT", "weights");
 }
 
 /// A scene with a mesh whose vertices are `positions`.
@@ -124,12 +133,8 @@ struct AvatarUnderTest : SceneUnderTest
             }
         }
         vertices->setData(flat(points));
-        skin->setStreams({makeNames("names", names), makeFloats("matrices", 16, matrices),
+        setStreams(skin, {makeNames("names", names), makeFloats("matrices", 16, matrices),
                           makeFloats("weights", 1, weights)});
-        skin->setJointsInput("JOINT", "names");
-        skin->setJointsInput("INV_BIND_MATRIX", "matrices");
-        skin->setVertexWeightsInput("JOINT", "names");
-        skin->setVertexWeightsInput("WEIGHT", "weights");
         skin->setVCount(vcount);
         skin->setV(v);
     }

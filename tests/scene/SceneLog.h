@@ -11,11 +11,13 @@
 
 namespace velmoran::scene
 {
-/// What scenes write to their log while this lives and no new scene is made.
+/// What is written to a log of scenes or geometry libraries while this lives and none of these
+/// is made.
 class SceneLog
 {
 public:
-    SceneLog()
+    explicit SceneLog(const std::string& fileName = "SceneManager.log")
+        : m_writer(core::logger::FileWriterFactory::getInstance()->getFileWriter(fileName))
     {
         struct Tap : core::logger::IDecorator
         {
@@ -28,10 +30,10 @@ public:
         };
         const auto tap = boost::make_shared<Tap>();
         tap->lines = &m_lines;
-        writer()->setDecorator(tap);
+        m_writer->setDecorator(tap);
     }
 
-    ~SceneLog() { writer()->setDecorator(core::logger::IDecoratorPtr()); }
+    ~SceneLog() { m_writer->setDecorator(core::logger::IDecoratorPtr()); }
 
     std::vector<std::string> take()
     {
@@ -41,12 +43,7 @@ public:
     }
 
 private:
-    static core::logger::IWriterPtr writer()
-    {
-        return core::logger::FileWriterFactory::getInstance()->getFileWriter("SceneManager.log");
-    }
-
+    const core::logger::IWriterPtr m_writer;
     std::vector<std::string> m_lines;
 };
-
 } // namespace velmoran::scene

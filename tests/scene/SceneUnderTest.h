@@ -7,12 +7,28 @@
 #include "scene/manager/SceneManager.h"
 
 #include <boost/make_shared.hpp>
+#include <gmock/gmock.h>
 
 #include <string>
 #include <vector>
 
 namespace velmoran::scene
 {
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+template <typename Handle>
+std::vector<std::string> idsOf(const std::vector<Handle>& list)
+{
+    std::vector<std::string> ids;
+    for (const Handle& each : list)
+    {
+        ids.push_back(each->getID());
+    }
+    return ids;
+}
+
 /// Writes down every event that a scene raises, as "type" or "type:data".
 class EventRecorder : public core::event::EventBase
 {

@@ -7,11 +7,6 @@
 #include "tests/scene/Numbers.h"
 #include "tests/scene/SceneUnderTest.h"
 
-#include <boost/make_shared.hpp>
-
-#include <string>
-#include <vector>
-
 namespace velmoran::scene
 {
 using boost::posix_time::milliseconds;

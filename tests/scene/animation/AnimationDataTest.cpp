@@ -6,7 +6,6 @@
 #include <boost/thread/thread.hpp>
 #include <boost/weak_ptr.hpp>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 

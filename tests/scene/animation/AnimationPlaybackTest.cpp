@@ -2,11 +2,9 @@
 #include "scene/graph/TransformationRotate.h"
 #include "scene/graph/TransformationScale.h"
 #include "scene/graph/TransformationTranslate.h"
-#include "tests/scene/Numbers.h"
 #include "tests/scene/animation/AnimationBuilders.h"
 
 #include <Eigen/Geometry>
-#include <gmock/gmock.h>
 
 #include <cmath>
 #include <thread>
@@ -18,7 +16,6 @@ namespace
 using Eigen::AngleAxisf;
 using Eigen::Matrix4f;
 using Eigen::Vector3f;
-using testing::ElementsAre;
 using Vector3 = core::utils::Vector<float, 3>;
 
 constexpr float PI = 3.14159265F;
@@ -42,19 +39,27 @@ std::vector<float> joined(const std::vector<Matrix4f>& matrices)
     return floats;
 }
 
-template <typename T>
-boost::shared_ptr<T> named(const boost::shared_ptr<T>& transformation, const std::string& sid)
+/// Adds a transformation with a SID to the list of a node.
+template <typename T, typename... Values>
+boost::shared_ptr<T> addNamed(const NodePtr& node, const std::string& sid, Values... values)
 {
+    const auto transformation = boost::make_shared<T>(values...);
     transformation->setSid(sid);
+    node->addTransformation(transformation);
     return transformation;
 }
 
 /// A node "n" whose list is the matrix "m".
 struct MatrixPlayback : testing::Test
 {
-    MatrixPlayback()
+    MatrixPlayback() { addNamed<TransformationMatrix>(node, "m"); }
+
+    /// Puts the translation "t" in front of the matrix.
+    void addTranslation(float z) const
     {
-        node->addTransformation(named(boost::make_shared<TransformationMatrix>(), "m"));
+        const auto translation = boost::make_shared<TransformationTranslate>(Vector3(0, 0, z));
+        translation->setSid("t");
+        node->setOriginalTransformations({translation, node->getOriginalTransformations()[0]});
     }
 
     void expectPose(const Matrix4f& expected)
@@ -83,22 +88,19 @@ TEST_F(MatrixPlayback, TurnsAlongTheGreatArcSnapsAtTheEndAndHoldsNothingAfterIt)
     EXPECT_TRUE(scene.showAt(1480));
     EXPECT_NEAR(node->getTransformations()(0, 3), 1.96F, 1e-5F);
 
-    node->addNode(scene.makeNode("late"));
-    scene.manager->getNodeByID("late")->addTransformation(
-        named(boost::make_shared<TransformationMatrix>(), "m"));
+    const NodePtr late = scene.addNode("n", "late");
+    addNamed<TransformationMatrix>(late, "m");
     scene.animation->addChannel(makeSampler({0, 1}, joined({second, second}), 16), "late/m");
-    const Matrix4f before = scene.manager->getNodeByID("late")->getTransformations();
+    const Matrix4f before = late->getTransformations();
     scene.showAt(2000); // behind that channel's last key
-    EXPECT_EQ(scene.manager->getNodeByID("late")->getTransformations(), before);
+    EXPECT_EQ(late->getTransformations(), before);
     scene.showAt(1000);
-    EXPECT_TRUE(scene.manager->getNodeByID("late")->getTransformations().isApprox(second));
+    EXPECT_TRUE(late->getTransformations().isApprox(second));
 }
 
 TEST_F(MatrixPlayback, StepsAndMultipliesOntoWhatPrecedesTheMatrix)
 {
-    node->setOriginalTransformations(
-        {named(boost::make_shared<TransformationTranslate>(Vector3(0, 0, 7)), "t"),
-         node->getOriginalTransformations()[0]});
+    addTranslation(7);
     scene.play(makeSampler({0, 1, 2}, joined({second, first, first}), 16, "Step"), "n/m");
     EXPECT_THAT(scene.player->getTargetedTransformationsForNode(node), ElementsAre("m"));
     scene.showAt(999);
@@ -126,9 +128,7 @@ TEST_F(MatrixPlayback, StepsAndMultipliesOntoWhatPrecedesTheMatrix)
 
 TEST_F(MatrixPlayback, IsBlendedBesideAnotherDrivenTransformation)
 {
-    node->setOriginalTransformations(
-        {named(boost::make_shared<TransformationTranslate>(Vector3(0, 0, 0)), "t"),
-         node->getOriginalTransformations()[0]});
+    addTranslation(0);
     scene.play(makeSampler({0, 1}, {0, 0, 6, 0, 0, 8}, 3), "n/t");
     scene.animation->addChannel(makeSampler({0, 1}, joined({first, second}), 16), "n/m");
     scene.player->setAnimation(scene.animation);
@@ -152,7 +152,7 @@ TEST_F(MatrixPlayback, ChangesBetweenTurnsAreNoticedAtTheNextOne)
     EXPECT_FALSE(scene.showAt(1000));
     const NodePtr heir = scene.addNode("root", "n");
     EXPECT_FALSE(scene.showAt(1000)); // it has no such transformation yet
-    heir->addTransformation(named(boost::make_shared<TransformationMatrix>(), "x"));
+    addNamed<TransformationMatrix>(heir, "x");
     EXPECT_FALSE(scene.showAt(1000));
     heir->getOriginalTransformations()[0]->setSid("m");
     EXPECT_TRUE(scene.showAt(1000));
@@ -200,18 +200,13 @@ TEST_F(MatrixPlayback, MovesThePlayheadAsItsStateSays)
 
 TEST(ListPlayback, EvaluatesEveryFormOfTarget)
 {
-    struct Row
-    {
-        const char* target;
-        std::vector<float> last; ///< value at 1 s; zeros at 0 s
-        Matrix4f expected;       ///< at 0.5 s
-    };
     // At rest the node is T(1, 2, 3) * R(z, 90) * S(2, 2, 2).
     const auto rest = [](const Vector3f& t, float degrees, const Vector3f& s)
     { return posed(t, degrees, Vector3f::UnitZ(), s); };
     const Vector3f t(1, 2, 3);
     const Vector3f s(2, 2, 2);
-    const std::vector<Row> rows = {
+    // The target; the value at 1 s, with zeros at 0 s; and the pose at 0.5 s.
+    const std::tuple<const char*, std::vector<float>, Matrix4f> rows[] = {
         {"n/t", {8, 6, 4}, rest(Vector3f(4, 3, 2), 90, s)},
         {"n/t.Y", {8}, rest(Vector3f(1, 4, 3), 90, s)},
         {"n/t.y", {8}, rest(Vector3f(1, 4, 3), 90, s)},
@@ -226,32 +221,29 @@ TEST(ListPlayback, EvaluatesEveryFormOfTarget)
         {"nobody/t", {60, 60, 60}, rest(t, 90, s)},
         {"n", {60, 60, 60}, rest(t, 90, s)},
     };
-    for (const Row& row : rows)
+    for (const auto& [target, last, expected] : rows)
     {
-        SCOPED_TRACE(row.target);
+        SCOPED_TRACE(target);
         PlayedScene scene;
         const NodePtr node = scene.addNode("root", "n");
-        node->addTransformation(
-            named(boost::make_shared<TransformationTranslate>(Vector3(1, 2, 3)), "t"));
-        node->addTransformation(
-            named(boost::make_shared<TransformationRotate>(Vector3(0, 0, 1), 90.0F), "r"));
-        node->addTransformation(
-            named(boost::make_shared<TransformationScale>(2.0F, 2.0F, 2.0F), "s"));
-        std::vector<float> values(row.last.size(), 0.0F);
-        values.insert(values.end(), row.last.begin(), row.last.end());
-        scene.play(makeSampler({0, 1}, values, static_cast<int>(row.last.size())), row.target);
+        addNamed<TransformationTranslate>(node, "t", Vector3(1, 2, 3));
+        addNamed<TransformationRotate>(node, "r", Vector3(0, 0, 1), 90.0F);
+        addNamed<TransformationScale>(node, "s", 2.0F, 2.0F, 2.0F);
+        std::vector<float> values(last.size(), 0.0F);
+        values.insert(values.end(), last.begin(), last.end());
+        scene.play(makeSampler({0, 1}, values, static_cast<int>(last.size())), target);
         testing::internal::CaptureStdout();
         for (int turn = 0; turn < 3; ++turn)
         {
             scene.showAt(500);
         }
         const std::string said = testing::internal::GetCapturedStdout();
-        const bool isValid = !row.expected.isApprox(rest(t, 90, s));
+        const bool isValid = !expected.isApprox(rest(t, 90, s));
         const std::size_t warning = said.find("[WARN] No valid target...");
         EXPECT_EQ(warning == std::string::npos, isValid) << said;
         EXPECT_EQ(isValid ? warning : said.find("[WARN] No", warning + 8), std::string::npos)
             << "told more than once";
-        EXPECT_TRUE(node->getTransformations().isApprox(row.expected, 1e-5F))
+        EXPECT_TRUE(node->getTransformations().isApprox(expected, 1e-5F))
             << node->getTransformations();
     }
 }
@@ -260,11 +252,8 @@ TEST(ListPlayback, CombinesChannelsOfOneNode)
 {
     PlayedScene scene;
     const NodePtr node = scene.addNode("root", "n");
-    const auto rotate =
-        named(boost::make_shared<TransformationRotate>(Vector3(0, 0, 1), 0.0F), "r");
-    const auto scale = named(boost::make_shared<TransformationScale>(-1.0F, 1.0F, 1.0F), "s");
-    node->addTransformation(rotate);
-    node->addTransformation(scale);
+    const auto rotate = addNamed<TransformationRotate>(node, "r", Vector3(0, 0, 1), 0.0F);
+    addNamed<TransformationScale>(node, "s", -1.0F, 1.0F, 1.0F);
     scene.animation->addChannel(makeSampler({0, 2}, {30, 30}, 1), "n/r.ANGLE");
     // Two clips for one number: the one that is over gives way.
     scene.animation->addChannel(makeSampler({1, 2}, {5, 5}, 1), "n/s.Y");
@@ -280,11 +269,6 @@ TEST(ListPlayback, CombinesChannelsOfOneNode)
 
 TEST(ListPlayback, BrokenDataIsSkippedAndLeavesNoNaN)
 {
-    struct Row
-    {
-        const char* name;
-        SamplerPtr sampler;
-    };
     const auto without = [](const char* semantic)
     {
         const auto sampler = boost::make_shared<Sampler>("s");
@@ -296,7 +280,7 @@ TEST(ListPlayback, BrokenDataIsSkippedAndLeavesNoNaN)
         }
         return sampler;
     };
-    const std::vector<Row> rows = {
+    const std::pair<std::string, SamplerPtr> rows[] = {
         {"no sampler", SamplerPtr()},
         {"empty sampler", boost::make_shared<Sampler>("s")},
         {"no times", without("INPUT")},
@@ -315,15 +299,15 @@ TEST(ListPlayback, BrokenDataIsSkippedAndLeavesNoNaN)
     };
     for (const char* const target : {"n/t.X", "n/t", "n/m", "n/m(0)(3)"})
     {
-        for (const Row& row : rows)
+        for (const auto& [name, sampler] : rows)
         {
-            SCOPED_TRACE(std::string(target) + ", " + row.name);
+            SCOPED_TRACE(target + (", " + name));
             PlayedScene scene;
             const NodePtr node = scene.addNode("root", "n");
-            node->addTransformation(named(boost::make_shared<TransformationTranslate>(), "t"));
-            node->addTransformation(named(boost::make_shared<TransformationMatrix>(), "m"));
+            addNamed<TransformationTranslate>(node, "t");
+            addNamed<TransformationMatrix>(node, "m");
             scene.animation->addChannel(makeSampler({0, 2}, {0, 0}, 1), "root/none");
-            scene.animation->addChannel(row.sampler, target);
+            scene.animation->addChannel(sampler, target);
             scene.player->setAnimation(scene.animation);
             for (const int millis : {0, 250, 500, 750, 999, 1500})
             {
@@ -373,7 +357,7 @@ TEST(Playback, RaisesTwoPairsForEachNodeAndCollectsFrameTimesInOrder)
 {
     PlayedScene scene;
     const NodePtr node = scene.addNode("root", "n");
-    node->addTransformation(named(boost::make_shared<TransformationTranslate>(), "t"));
+    addNamed<TransformationTranslate>(node, "t");
     scene.play(makeSampler({0, 1}, {1, 2}, 1), "n/t.X");
     scene.events.take();
     scene.showAt(500);
@@ -399,31 +383,26 @@ TEST(Playback, RunsWhileOthersEditAndListen)
 {
     SceneUnderTest scene;
     const NodePtr node = scene.addNode("root", "n");
-    node->addTransformation(named(boost::make_shared<TransformationMatrix>(), "m"));
+    addNamed<TransformationMatrix>(node, "m");
     const auto animation = boost::make_shared<Animation>("a", "");
     const Matrix4f moved = posed(Vector3f(1, 0, 0), 90, Vector3f::UnitY());
     const SamplerPtr sampler = makeSampler({0, 0.02F}, joined({Matrix4f::Identity(), moved}), 16);
     animation->addChannel(sampler, "n/m");
     scene.events.setEventManager(core::event::EventManagerPtr());
-    struct Listener : core::event::EventBase
+    std::atomic<std::size_t> heard{0};
+    core::event::EventBase listener(scene.eventManager);
+    for (const char* const type : {"NodeTransformationUpdate", "SyncScene"})
     {
-        using EventBase::EventBase;
-        ~Listener() override { detachForGood(); }
-        void handleEvent(core::event::Event event) override
-        {
-            heard += event.getEventData().getData().size() + 1;
-        }
-        std::atomic<std::size_t> heard{0};
-    } listener(scene.eventManager);
-    listener.registerToListen("NodeTransformationUpdate");
-    listener.registerToListen("SyncScene");
+        listener.registerHandler(type, [&heard](const core::event::Event& event)
+                                 { heard += event.getEventData().getData().size() + 1; });
+    }
 
     scene.manager->setAnimationsLibrary({animation});
     const AnimationManagerPtr player = scene.manager->getAnimationManager();
     scene.manager->lockScene();
     player->setAnimation(animation);
     scene.manager->unlockScene();
-    while (listener.heard == 0)
+    while (heard == 0)
     {
         std::this_thread::yield();
     }

@@ -5,14 +5,10 @@
 #include "scene/graph/TransformationTranslate.h"
 #include "tests/scene/animation/AnimationBuilders.h"
 
-#include <gmock/gmock.h>
-
 namespace velmoran::scene
 {
 namespace
 {
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Vector3 = core::utils::Vector<float, 3>;
 
 StreamPtr streamOf(const AnimationPtr& animation, Sampler::Semantic semantic)

@@ -1,16 +1,11 @@
 #include "tests/scene/AvatarUnderTest.h"
 
-#include <gmock/gmock.h>
-
 #include <random>
 
 namespace velmoran::scene
 {
 namespace
 {
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 // A chain of joints, turned, scaled and moved, with random skin data. The fifth name has no
 // node; the last two are not among the bound joints.
 class RandomSkin : public testing::Test
@@ -152,14 +147,9 @@ TEST(Skinning, TakesWeightsAsTheyAre)
 // All joints stand where they are bound: a vertex is multiplied by the sum of its weights.
 TEST(Skinning, LeavesOutWhatBrokenListsHaveNoRoomFor)
 {
-    struct Row
-    {
-        const char* name;
-        std::vector<unsigned int> vcount;
-        std::vector<int> v;
-        std::vector<float> carried; ///< how much of each vertex is
-    };
-    const std::vector<Row> rows = {
+    using Counts = std::vector<unsigned int>;
+    // The last column is how much of each vertex is carried.
+    const std::tuple<const char*, Counts, std::vector<int>, std::vector<float>> rows[] = {
         {"counts end early", {1, 1}, {0, 0, 1, 0, 2, 0}, {1, 1, 0}},
         {"influences end early", {1, 1, 1}, {0, 0, 1, 0}, {1, 1, 0}},
         {"influences end in the middle of one", {1, 1, 1}, {0, 0, 1, 0, 2}, {1, 1, 0}},
@@ -175,15 +165,15 @@ TEST(Skinning, LeavesOutWhatBrokenListsHaveNoRoomFor)
     AvatarUnderTest avatar;
     const Points points = {{1.0F, 1.0F, 1.0F}, {2.0F, 2.0F, 2.0F}, {1.0F, 2.0F, 3.0F}};
     avatar.bind(points, {{{0, 1.0F}}, {}, {}});
-    for (const Row& row : rows)
+    for (const auto& [name, vcount, v, carried] : rows)
     {
-        SCOPED_TRACE(row.name);
-        avatar.skin->setVCount(row.vcount);
-        avatar.skin->setV(row.v);
+        SCOPED_TRACE(name);
+        avatar.skin->setVCount(vcount);
+        avatar.skin->setV(v);
         Points wanted = points;
         for (std::size_t i = 0; i < wanted.size(); ++i)
         {
-            wanted[i] *= row.carried[i];
+            wanted[i] *= carried[i];
         }
         EXPECT_LT(distanceOf(avatar.pose(), flat(wanted)), 1e-6);
     }

@@ -3,8 +3,6 @@
 #include "tests/scene/Numbers.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gtest/gtest.h>
-
 namespace velmoran::scene
 {
 namespace

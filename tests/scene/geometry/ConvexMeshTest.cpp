@@ -2,8 +2,6 @@
 
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gtest/gtest.h>
-
 namespace velmoran::scene
 {
 namespace

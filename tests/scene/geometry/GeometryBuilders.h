@@ -9,12 +9,17 @@
 
 #include <boost/make_shared.hpp>
 #include <boost/weak_ptr.hpp>
+#include <gmock/gmock.h>
 
 #include <string>
 #include <vector>
 
 namespace velmoran::scene
 {
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
 inline const StreamMapping VERTEX_INPUT(VERTEX, StreamPtr(), 0);
 
 inline StreamPtr makeStream(const std::string& id, int stride, const std::vector<float>& data)
@@ -35,6 +40,35 @@ inline std::vector<float> valuesOf(const VertexElementPtr& element)
 {
     return element ? std::vector<float>(element->values, element->values + element->size)
                    : std::vector<float>();
+}
+
+/// Matches floats that may be no numbers.
+inline auto areFloats(const std::vector<float>& values)
+{
+    std::vector<::testing::Matcher<float>> matchers;
+    for (const float value : values)
+    {
+        matchers.push_back(::testing::NanSensitiveFloatEq(value));
+    }
+    return ::testing::ElementsAreArray(matchers);
+}
+
+/// Gives `mesh` an empty primitive with a material symbol.
+inline TriangleMeshPrimitivePtr addPrimitive(const MeshPtr& mesh, const std::string& symbol,
+                                             const std::vector<StreamMapping>& inputs = {})
+{
+    const auto primitive = boost::make_shared<TriangleMeshPrimitive>(mesh, inputs);
+    primitive->setMaterialSymbol(symbol);
+    mesh->addPrimitive(primitive);
+    return primitive;
+}
+
+/// A mesh with such a primitive.
+inline MeshPtr makeMeshOf(const std::string& symbol, const std::string& id)
+{
+    const MeshPtr mesh = boost::make_shared<Mesh>(id, "");
+    addPrimitive(mesh, symbol);
+    return mesh;
 }
 
 /// A mesh that breaks the circle with its primitives when the test ends.

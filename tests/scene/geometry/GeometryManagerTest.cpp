@@ -1,33 +1,19 @@
+#include "tests/scene/SceneLog.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/InstanceGeometry.h"
 #include "scene/material/Material.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <fstream>
-
 namespace velmoran::scene
 {
 namespace
 {
-using ::testing::AllOf;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Pair;
+using ::testing::Contains;
 
-/// A mesh with a primitive that has the material symbol `symbol`.
-MeshPtr makeMesh(const std::string& id, const std::string& symbol = "s")
+MeshPtr makeMesh(const std::string& id)
 {
-    const MeshPtr mesh = boost::make_shared<Mesh>(id, "");
-    const auto primitive =
-        boost::make_shared<TriangleMeshPrimitive>(mesh, std::vector<StreamMapping>());
-    primitive->setMaterialSymbol(symbol);
-    mesh->addPrimitive(primitive);
-    return mesh;
+    return makeMeshOf("s", id);
 }
 
 GeometryManagerPtr makeLibrary(const std::vector<MeshPtr>& meshes)
@@ -38,12 +24,6 @@ GeometryManagerPtr makeLibrary(const std::vector<MeshPtr>& meshes)
         library->addGeometry(mesh);
     }
     return library;
-}
-
-/// What was logged since `log` was opened at its end, perhaps also by other programs.
-std::string readRest(std::ifstream& log)
-{
-    return {std::istreambuf_iterator<char>(log), {}};
 }
 
 TEST(GeometryManager, KeepsTheFirstGeometryOfAnID)
@@ -67,19 +47,17 @@ TEST(GeometryManager, MergeRenamesOrDiscardsWhatClashes)
     {
         const auto library = makeLibrary({makeMesh("a")});
         const auto other = makeLibrary({makeMesh("a"), makeMesh("b")});
-        std::ifstream log("GeometryManager.log", std::ios::ate);
+        SceneLog log("GeometryManager.log");
         const auto renamed = library->mergeGeometries(other, discardRepeated);
         EXPECT_EQ(library->getGeometry("b"), other->getGeometry("b"));
         EXPECT_EQ(renamed.size(), discardRepeated ? 0u : 1u);
         EXPECT_EQ(library->getCount(), discardRepeated ? 2u : 3u);
-        const char* const found = "[INFO] Found repeated geometry ID";
-        EXPECT_THAT(
-            readRest(log),
-            discardRepeated
-                ? AllOf(HasSubstr(std::string(found) + " and discarded new one: a\n"),
-                        HasSubstr("[INFO] Added 1 new geometries\n"))
-                : AllOf(HasSubstr(std::string(found) + ". Renamed geometry a to a__renamed__\n"),
-                        HasSubstr("[INFO] Added 2 new geometries\n")));
+        const std::string found = "[INFO] Found repeated geometry ID";
+        EXPECT_THAT(log.take(), discardRepeated
+                                    ? ElementsAre(found + " and discarded new one: a",
+                                                  "[INFO] Added 1 new geometries")
+                                    : ElementsAre(found + ". Renamed geometry a to a__renamed__",
+                                                  "[INFO] Added 2 new geometries"));
     }
 }
 
@@ -89,10 +67,10 @@ TEST(GeometryManager, MergeDropsACloneWhoseNewIDIsTaken)
     const auto other = makeLibrary({makeMesh("a")});
     library->mergeGeometries(other, false);
     const IGeometryPtr firstClone = library->getGeometry("a__renamed__");
-    std::ifstream log("GeometryManager.log", std::ios::ate);
+    SceneLog log("GeometryManager.log");
     EXPECT_THAT(library->mergeGeometries(other, false), ElementsAre(Pair("a", "a__renamed__")));
     EXPECT_EQ(library->getGeometry("a__renamed__"), firstClone);
-    EXPECT_THAT(readRest(log), HasSubstr("[INFO] Added 1 new geometries"));
+    EXPECT_THAT(log.take(), Contains("[INFO] Added 1 new geometries"));
 
     // An incoming geometry that has the new ID by itself goes before the clone.
     const auto both = makeLibrary({makeMesh("a"), makeMesh("a__renamed__")});
@@ -109,7 +87,7 @@ TEST(GeometryManager, ReplacingGivesTheIDAndAnswersTheSymbols)
 {
     const auto library = makeLibrary({makeMesh("a")});
     const boost::weak_ptr<IGeometry> old = library->getGeometry("a");
-    const MeshPtr fresh = makeMesh("x", "red");
+    const MeshPtr fresh = makeMeshOf("red", "x");
     EXPECT_THAT(library->replaceGeometry("?", fresh), IsEmpty());
     EXPECT_THAT(library->replaceGeometry("a", IGeometryPtr()), IsEmpty());
     EXPECT_THAT(library->replaceGeometry("a", fresh), ElementsAre("red"));
@@ -120,7 +98,7 @@ TEST(GeometryManager, ReplacingGivesTheIDAndAnswersTheSymbols)
     EXPECT_EQ(fresh->getPrimitiveCount(), 1u);
 
     fresh->setType(IGeometry::CONVEX_MESH);
-    EXPECT_THAT(library->replaceGeometry("a", makeMesh("y", "blue")), IsEmpty());
+    EXPECT_THAT(library->replaceGeometry("a", makeMeshOf("blue", "y")), IsEmpty());
     EXPECT_EQ(fresh->getPrimitiveCount(), 1u); // somebody outside holds it
     fresh->clearPrimitives();
 }

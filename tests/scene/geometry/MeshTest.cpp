@@ -1,17 +1,12 @@
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <tuple>
 
 namespace velmoran::scene
 {
 namespace
 {
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 TEST(Mesh, FindsRemovesAndKeepsTheFirstOfSeveral)
 {
@@ -56,9 +51,7 @@ TEST(Mesh, CloneHasStreamsOfItsOwnButInputsThatPointAtTheOldOnes)
 
 TEST(Mesh, LivesUntilItsPrimitivesAreCleared)
 {
-    MeshPtr mesh = boost::make_shared<Mesh>("m", "");
-    mesh->addPrimitive(
-        boost::make_shared<TriangleMeshPrimitive>(mesh, std::vector<StreamMapping>()));
+    MeshPtr mesh = makeMeshOf("s", "m");
     Mesh& held = *mesh;
     const boost::weak_ptr<Mesh> watched = mesh;
     mesh.reset();

@@ -1,32 +1,16 @@
 #include "scene/geometry/GeometryManager.h"
+#include "tests/scene/Numbers.h"
 #include "tests/scene/SceneUnderTest.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
-#include <limits>
 #include <random>
 
 namespace velmoran::scene
 {
 namespace
 {
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-using ::testing::NanSensitiveFloatEq;
-
-constexpr float NAN_ = std::numeric_limits<float>::quiet_NaN();
-auto are(const std::vector<float>& values)
-{
-    std::vector<::testing::Matcher<float>> matchers;
-    for (const float value : values)
-    {
-        matchers.push_back(NanSensitiveFloatEq(value));
-    }
-    return ElementsAreArray(matchers);
-}
+constexpr float NAN_ = NOT_A_NUMBER;
 
 // A square in the plane z = 0 of the triangles 0 1 2 and 0 2 3; position 4 is not used.
 class NormalsOfASquare : public testing::Test
@@ -39,6 +23,12 @@ protected:
         owned.mesh->addVerticesMapping(StreamMapping(POSITION, positions, 0));
     }
 
+    StreamPtr calculated() const
+    {
+        owned.mesh->recalculateVertexNormals();
+        return owned.mesh->getStream("VM_Calculated_Normals");
+    }
+
     OwnedMesh owned;
     StreamPtr positions;
     const std::vector<unsigned int> square = {0, 1, 2, 0, 2, 3};
@@ -48,10 +38,10 @@ protected:
 TEST_F(NormalsOfASquare, ComeIntoANewStreamWhereThereAreNone)
 {
     owned.addTriangles({VERTEX_INPUT}, square);
-    owned.mesh->recalculateVertexNormals();
-    const StreamPtr normals = owned.mesh->getStream("VM_Calculated_Normals");
+    const StreamPtr normals = calculated();
     ASSERT_TRUE(normals);
-    EXPECT_THAT(normals->getData(), are({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, NAN_, NAN_, NAN_}));
+    EXPECT_THAT(normals->getData(),
+                areFloats({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, NAN_, NAN_, NAN_}));
     EXPECT_EQ(normals->getCount(), 0);
     ASSERT_EQ(owned.mesh->getVertices().size(), 2U);
     EXPECT_EQ(owned.mesh->getVertices()[1].getStream(), normals);
@@ -61,7 +51,7 @@ TEST_F(NormalsOfASquare, ComeIntoANewStreamWhereThereAreNone)
     normals->setCount(77);
     owned.mesh->recalculateVertexNormals();
     EXPECT_EQ(owned.mesh->getStreams().size(), 2U);
-    EXPECT_THAT(normals->getData(), are({1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0}));
+    EXPECT_THAT(normals->getData(), areFloats({1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0}));
     EXPECT_EQ(normals->getCount(), 77);
 }
 
@@ -70,14 +60,13 @@ TEST_F(NormalsOfASquare, ReadPositionsOfAnyWidth)
     owned.addTriangles({VERTEX_INPUT}, square);
     positions->setStride(4);
     positions->setData({0, 0, 0, 9, 1, 0, 0, 8, 1, 1, 0, 7, 0, 1, 0, 6});
-    owned.mesh->recalculateVertexNormals();
-    const StreamPtr normals = owned.mesh->getStream("VM_Calculated_Normals");
-    EXPECT_THAT(normals->getData(), are({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1}));
+    const StreamPtr normals = calculated();
+    EXPECT_THAT(normals->getData(), areFloats({0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1}));
 
     positions->setStride(2);
     positions->setData({0, 0, 0, 1, 1, 1, 1, 0}); // the other way round
     owned.mesh->recalculateVertexNormals();
-    EXPECT_THAT(normals->getData(), are({0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1}));
+    EXPECT_THAT(normals->getData(), areFloats({0, 0, -1, 0, 0, -1, 0, 0, -1, 0, 0, -1}));
 }
 
 TEST_F(NormalsOfASquare, StandOnceInASlotOfTheirOwn)
@@ -95,8 +84,8 @@ TEST_F(NormalsOfASquare, StandOnceInASlotOfTheirOwn)
     // Only position 1 has a normal; each record of another one has a tuple of its own. The
     // last record names no position.
     EXPECT_THAT(triangles->getIndexStream(), ElementsAre(0, 0, 1, 1, 2, 2, 0, 3, 2, 4, 3, 5, 7, 6));
-    EXPECT_THAT(normals->getData(), are({NAN_, NAN_, NAN_, 0, 0, 1, NAN_, NAN_, NAN_, NAN_, NAN_,
-                                         NAN_, NAN_, NAN_, NAN_, NAN_, NAN_, NAN_}));
+    EXPECT_THAT(normals->getData(), areFloats({NAN_, NAN_, NAN_, 0, 0, 1, NAN_, NAN_, NAN_, NAN_,
+                                               NAN_, NAN_, NAN_, NAN_, NAN_, NAN_, NAN_, NAN_}));
 }
 
 TEST_F(NormalsOfASquare, CountByTheAngleAtEachTrianglesFirstCorner)
@@ -108,8 +97,8 @@ TEST_F(NormalsOfASquare, CountByTheAngleAtEachTrianglesFirstCorner)
     const float sine = std::sqrt(0.5F);
     const float length = std::sqrt(1.0F + sine * sine);
     const StreamPtr normals = owned.mesh->getStream("VM_Calculated_Normals");
-    EXPECT_THAT(normals->getData(), are({0, 1 / length, sine / length, 0, 1 / length, sine / length,
-                                         0, 0, 1, 0, 1, 0}));
+    EXPECT_THAT(normals->getData(), areFloats({0, 1 / length, sine / length, 0, 1 / length,
+                                               sine / length, 0, 0, 1, 0, 1, 0}));
 }
 
 TEST_F(NormalsOfASquare, AreSummedOverAllPrimitives)

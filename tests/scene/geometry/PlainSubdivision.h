@@ -8,7 +8,6 @@
 #include <array>
 #include <map>
 #include <utility>
-#include <vector>
 
 namespace velmoran::scene
 {

@@ -3,16 +3,12 @@
 #include "scene/geometry/PolygonMeshPrimitive.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <limits>
 
 namespace velmoran::scene
 {
 namespace
 {
-using testing::ElementsAre;
 using testing::internal::CaptureStdout;
 using testing::internal::GetCapturedStdout;
 using TableEntry = PolygonMeshPrimitive::TableEntry;

@@ -1,7 +1,5 @@
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gtest/gtest.h>
-
 #include <limits>
 #include <random>
 #include <tuple>

@@ -1,14 +1,10 @@
 #include "tests/scene/geometry/PlainSubdivision.h"
 
-#include "core/event/EventManager.h"
 #include "scene/deform/Controller.h"
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/Polygon.h"
 #include "scene/geometry/PolygonMeshPrimitive.h"
 #include "tests/scene/SceneUnderTest.h"
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
@@ -18,10 +14,7 @@ namespace velmoran::scene
 {
 namespace
 {
-using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
-using ::testing::NanSensitiveFloatEq;
 
 /// Gives `mesh` an input in its vertices list.
 void addToVertices(Mesh& mesh, StreamSemantic semantic, int stride, const std::vector<float>& data)
@@ -49,16 +42,6 @@ SkinPtr makeSkin(const IGeometryPtr& geometry, const std::vector<unsigned int>& 
     return skin;
 }
 
-std::vector<std::string> idsOf(const std::vector<StreamPtr>& streams)
-{
-    std::vector<std::string> ids;
-    for (const StreamPtr& stream : streams)
-    {
-        ids.push_back(stream->getID());
-    }
-    return ids;
-}
-
 /// Semantic and offset of each input.
 std::vector<std::pair<int, int>> inputsOf(const IMeshPrimitive& primitive)
 {
@@ -76,12 +59,7 @@ void expectEqual(const StreamPtr& stream, const Stream& expected)
     ASSERT_TRUE(stream || isEmpty);
     if (stream)
     {
-        std::vector<::testing::Matcher<float>> floats;
-        for (const float value : expected.getData())
-        {
-            floats.emplace_back(NanSensitiveFloatEq(value));
-        }
-        EXPECT_THAT(stream->getData(), ElementsAreArray(floats)) << stream->getID();
+        EXPECT_THAT(stream->getData(), areFloats(expected.getData())) << stream->getID();
         EXPECT_EQ(stream->getCount(), expected.getCount());
         EXPECT_EQ(stream->getStride(), expected.getStride());
         EXPECT_FALSE(stream->getAllowDuplicates());
@@ -425,18 +403,15 @@ TEST(Subdivision, RefinesWhatIsEmptyToNothing)
 
 TEST(Subdivision, OfALibrarysGeometryIsAnnouncedOnce)
 {
-    const auto manager = boost::make_shared<core::event::EventManager>();
-    EventRecorder recorder(manager);
-    GeometryManager library(manager);
-    const auto mesh = boost::make_shared<Mesh>("m", "");
-    library.addGeometry(mesh);
-    mesh->addPrimitive(boost::make_shared<TriangleMeshPrimitive>(
-        mesh, std::vector<StreamMapping>{VERTEX_INPUT}, std::vector<unsigned int>{0, 1, 2}));
+    SceneUnderTest scene;
+    GeometryManager library(scene.eventManager);
+    const OwnedMesh owned;
+    library.addGeometry(owned.mesh);
+    const auto triangles = owned.addTriangles({VERTEX_INPUT}, {0, 1, 2});
     library.subDivideGeometry("m", ControllerPtr());
     library.subDivideGeometry("?", ControllerPtr());
-    EXPECT_THAT(recorder.log, ElementsAre("GeometryTopologyUpdate:m"));
-    EXPECT_EQ(mesh->getPrimitive(0)->getCount(), 4U);
-    mesh->clearPrimitives();
+    EXPECT_THAT(scene.events.log, ElementsAre("GeometryTopologyUpdate:m"));
+    EXPECT_EQ(triangles->getCount(), 4U);
 }
 } // namespace
 } // namespace velmoran::scene

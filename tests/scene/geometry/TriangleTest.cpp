@@ -1,17 +1,12 @@
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 namespace velmoran::scene
 {
 namespace
 {
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 TEST(Triangle, FaceNormalIsAsLongAsTheSineOfTheFirstAngle)
 {

@@ -1,14 +1,9 @@
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 namespace velmoran::scene
 {
 namespace
 {
-using ::testing::ElementsAre;
-
 TEST(Vertex, ReplacesAnElementOfTheSameSemanticInItsPlace)
 {
     Vertex vertex;

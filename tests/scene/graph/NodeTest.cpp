@@ -1,7 +1,5 @@
 #include "scene/deform/InstanceController.h"
 #include "scene/geometry/InstanceGeometry.h"
-#include "scene/geometry/Mesh.h"
-#include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/Light.h"
 #include "scene/graph/TransformationLookAt.h"
@@ -11,8 +9,7 @@
 #include "scene/graph/TransformationTranslate.h"
 #include "scene/material/Material.h"
 #include "tests/scene/SceneUnderTest.h"
-
-#include <gmock/gmock.h>
+#include "tests/scene/geometry/GeometryBuilders.h"
 
 #include <cmath>
 
@@ -20,21 +17,9 @@ namespace velmoran::scene
 {
 namespace
 {
-using testing::ElementsAre;
-using testing::IsEmpty;
 using Vec3 = core::utils::Vector<float, 3>;
 
 const char* const IDENTITY = "1,0,0,0,0,1,0,0,0,0,1,0,0,0,0,1";
-
-std::vector<std::string> idsOf(const std::vector<NodePtr>& nodes)
-{
-    std::vector<std::string> ids;
-    for (const NodePtr& node : nodes)
-    {
-        ids.push_back(node->getID());
-    }
-    return ids;
-}
 
 Eigen::Matrix3f turnAboutZ(float degrees)
 {
@@ -276,10 +261,7 @@ TEST_F(NodeTree, AnnouncesLayersAndLights)
 
 TEST_F(NodeTree, SetsMaterialsOfPrimitivesByTheirSymbols)
 {
-    const auto mesh = boost::make_shared<Mesh>("cube", "");
-    mesh->addPrimitive(
-        boost::make_shared<TriangleMeshPrimitive>(mesh, std::vector<StreamMapping>()));
-    mesh->getPrimitive(0)->setMaterialSymbol("paint");
+    const MeshPtr mesh = makeMeshOf("paint", "cube");
     const auto red = boost::make_shared<Material>("red", "fx");
     const auto instanceOf = [&](const char* symbol)
     {
@@ -321,14 +303,9 @@ TEST_F(NodeTree, KeepsItsTransformDefinedUnderBrokenMatrices)
 
 TEST_F(NodeTree, AHandlerMayDropTheNodeThatIsAnnounced)
 {
-    struct Dropping : core::event::EventBase
-    {
-        using EventBase::EventBase;
-        void handleEvent(core::event::Event) override { root->removeChild(root->getChildNode(0)); }
-        NodePtr root;
-    } dropping{scene.eventManager};
-    dropping.root = root;
-    dropping.registerToListen("NodeTransformationUpdate");
+    core::event::EventBase dropping(scene.eventManager);
+    dropping.registerHandler("NodeTransformationUpdate", [this](const core::event::Event&)
+                             { root->removeChild(root->getChildNode(0)); });
     root->addNode(scene.makeNode("gone"));
     EXPECT_EQ(root->getChildCount(), 0U);
     EXPECT_EQ(scene.events.log.back(), "SceneTopologyUpdate:NodeAdded,root,gone");

@@ -1,7 +1,5 @@
 #include "tests/scene/AvatarUnderTest.h"
 
-#include <gmock/gmock.h>
-
 #include <filesystem>
 #include <fstream>
 
@@ -9,9 +7,6 @@ namespace velmoran::scene
 {
 namespace
 {
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 std::vector<float> blend(const std::vector<float>& own, const std::vector<float>& other,
                          float ratio)
 {

@@ -1,8 +1,6 @@
 #include "tests/scene/AvatarUnderTest.h"
 #include "tests/scene/SceneLog.h"
 
-#include <gmock/gmock.h>
-
 #include <map>
 
 namespace velmoran::scene
@@ -11,8 +9,6 @@ namespace
 {
 using Eigen::Matrix4d;
 using Eigen::Vector3d;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr double TOLERANCE = 3e-5; // the worlds here reach to about 20
 
@@ -296,12 +292,8 @@ TEST_F(ReplacedJoints, CollectsJointsInTheOrderOfTheWalk)
     std::vector<int> parents = {-5};
     SceneManager::transverseSceneForJoints(NodePtr(), joints, parents);
     SceneManager::transverseSceneForJoints(avatar.manager->getRoot(), joints, parents);
-    std::string ids;
-    for (const NodePtr& joint : joints)
-    {
-        ids += joint->getID() + " ";
-    }
-    EXPECT_EQ(ids, "root sacrum spine head hand tip leg ");
+    EXPECT_THAT(idsOf(joints),
+                ElementsAre("root", "sacrum", "spine", "head", "hand", "tip", "leg"));
     EXPECT_THAT(parents, ElementsAre(-5, -1, 1, 2, -1, 4, 1));
 }
 } // namespace velmoran::scene

@@ -13,21 +13,23 @@
 #include "scene/material/MaterialParameter.h"
 #include "tests/scene/SceneUnderTest.h"
 
-#include <gmock/gmock.h>
-
 #include <cmath>
 
 namespace velmoran::scene
 {
 namespace
 {
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 ImagePtr makeImage(const char* id, const char* file)
 {
     return boost::make_shared<Image>(id, file, "");
 }
+
+class ManagedScene : public testing::Test
+{
+protected:
+    SceneUnderTest scene;
+    SceneManager& manager = *scene.manager;
+};
 } // namespace
 
 TEST(SceneManager, StartsWithItsDefaults)
@@ -54,10 +56,8 @@ TEST(SceneManager, StartsWithItsDefaults)
     EXPECT_EQ(scene->getMeterUnit(), 0.0F);
 }
 
-TEST(SceneManager, GeneratesIdentifiersThatNobodyUses)
+TEST_F(ManagedScene, GeneratesIdentifiersThatNobodyUses)
 {
-    SceneUnderTest scene;
-    SceneManager& manager = *scene.manager;
     EXPECT_EQ(manager.generateID(), "OID0");
     manager.addID("xOID1");
     manager.addID("OI");
@@ -77,10 +77,8 @@ TEST(SceneManager, GeneratesIdentifiersThatNobodyUses)
     EXPECT_EQ(geometry->getEventManager(), scene.eventManager);
 }
 
-TEST(SceneManager, KeepsImagesApartByTheirIdentifiers)
+TEST_F(ManagedScene, KeepsImagesApartByTheirIdentifiers)
 {
-    SceneUnderTest scene;
-    SceneManager& manager = *scene.manager;
     manager.addImage(makeImage("sky", "sky.png"));
     manager.addImage(makeImage("sky", "sky.png")); // discarded
     const ImagePtr other = makeImage("sky", "night.png");
@@ -102,10 +100,8 @@ TEST(SceneManager, KeepsImagesApartByTheirIdentifiers)
                             "SceneSurroundingUpdate"));
 }
 
-TEST(SceneManager, RemovesAnEffectWithTheMaterialsThatUseIt)
+TEST_F(ManagedScene, RemovesAnEffectWithTheMaterialsThatUseIt)
 {
-    SceneUnderTest scene;
-    SceneManager& manager = *scene.manager;
     manager.addMaterial(boost::make_shared<Material>("kept", "otherEffect"));
     scene.events.take();
     manager.removeEffect(manager.getEffectByID("defaultEffect"));
@@ -116,10 +112,8 @@ TEST(SceneManager, RemovesAnEffectWithTheMaterialsThatUseIt)
     EXPECT_THAT(scene.events.take(), IsEmpty());
 }
 
-TEST(SceneManager, EditsMaterialsByEvents)
+TEST_F(ManagedScene, EditsMaterialsByEvents)
 {
-    SceneUnderTest scene;
-    SceneManager& manager = *scene.manager;
     const auto raise = [&](const char* type, const char* data)
     {
         scene.events.take();
@@ -152,10 +146,8 @@ TEST(SceneManager, EditsMaterialsByEvents)
               " Param 1: map, texture, OID0\n Param 2: bump, texture, OID0\n");
 }
 
-TEST(SceneManager, PlacesCamerasTurnedForTheUpAxis)
+TEST_F(ManagedScene, PlacesCamerasTurnedForTheUpAxis)
 {
-    SceneUnderTest scene;
-    SceneManager& manager = *scene.manager;
     manager.setUpAxis(Z_UP);
     scene.events.take();
     EXPECT_EQ(manager.createNewCamera(Camera::PERSPECTIVE, "", "nowhere"), "OID0");
@@ -184,10 +176,8 @@ TEST(SceneManager, PlacesCamerasTurnedForTheUpAxis)
     EXPECT_EQ(manager.getNodeByID("straight")->getTransformations(), Eigen::Matrix4f::Identity());
 }
 
-TEST(SceneManager, PlacesLightsAndNamesTheirNodes)
+TEST_F(ManagedScene, PlacesLightsAndNamesTheirNodes)
 {
-    SceneUnderTest scene;
-    SceneManager& manager = *scene.manager;
     const NodePtr lamp = scene.addNode("root", "lamp");
     manager.createNewLight(Light::POINT, "bulb", "lamp", "");
     manager.createNewLight(Light::SPOT, "bulb", "new", "lamp"); // refused, still placed
@@ -204,34 +194,32 @@ TEST(SceneManager, PlacesLightsAndNamesTheirNodes)
     EXPECT_EQ(unowned.getCameraCount() + unowned.getLightLibrary().size(), 0U);
 }
 
-TEST(SceneManager, TakesAnimationsOutByTheirPlaceWhileTheyArePlayed)
+TEST_F(ManagedScene, TakesAnimationsOutByTheirPlaceWhileTheyArePlayed)
 {
-    SceneUnderTest scene;
     const auto first = boost::make_shared<Animation>("a", "");
     const auto second = boost::make_shared<Animation>("b", "");
-    scene.manager->setAnimationsLibrary({first, second});
-    scene.manager->getAnimationManager()->setAnimation(first);
-    scene.manager->removeAnimation(2);
-    scene.manager->removeAnimation(0);
-    EXPECT_THAT(scene.manager->getAnimationsLibrary(), ElementsAre(second));
-    EXPECT_EQ(scene.manager->getAnimationManager()->getAnimation(), first);
+    manager.setAnimationsLibrary({first, second});
+    manager.getAnimationManager()->setAnimation(first);
+    manager.removeAnimation(2);
+    manager.removeAnimation(0);
+    EXPECT_THAT(manager.getAnimationsLibrary(), ElementsAre(second));
+    EXPECT_EQ(manager.getAnimationManager()->getAnimation(), first);
 }
 
-TEST(SceneManager, KeepsEvaluatorsInTheirOrder)
+TEST_F(ManagedScene, KeepsEvaluatorsInTheirOrder)
 {
-    SceneUnderTest scene;
     const auto first = boost::make_shared<Evaluator>();
     const auto second = boost::make_shared<Evaluator>();
     for (const EvaluatorPtr& evaluator : {first, second, first, EvaluatorPtr()})
     {
-        scene.manager->addEvaluator(evaluator);
+        manager.addEvaluator(evaluator);
     }
-    scene.manager->removeEvaluator(first);
-    scene.manager->removeEvaluator(EvaluatorPtr());
-    ASSERT_EQ(scene.manager->getEvaluatorsCount(), 2U);
-    EXPECT_EQ(scene.manager->getEvaluatorAt(0), second);
-    EXPECT_EQ(scene.manager->getEvaluatorAt(1), first);
-    EXPECT_EQ(scene.manager->getEvaluatorAt(2), nullptr);
+    manager.removeEvaluator(first);
+    manager.removeEvaluator(EvaluatorPtr());
+    ASSERT_EQ(manager.getEvaluatorsCount(), 2U);
+    EXPECT_EQ(manager.getEvaluatorAt(0), second);
+    EXPECT_EQ(manager.getEvaluatorAt(1), first);
+    EXPECT_EQ(manager.getEvaluatorAt(2), nullptr);
 }
 
 TEST(SceneManager, FreesEverythingWithTheLastHandle)

@@ -1,7 +1,5 @@
 #include "scene/geometry/GeometryManager.h"
 #include "scene/geometry/InstanceGeometry.h"
-#include "scene/geometry/Mesh.h"
-#include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/graph/LayerManager.h"
 #include "scene/graph/TransformationTranslate.h"
 #include "scene/material/Effect.h"
@@ -10,22 +8,14 @@
 #include "scene/material/MaterialParameter.h"
 #include "tests/scene/SceneLog.h"
 #include "tests/scene/SceneUnderTest.h"
+#include "tests/scene/geometry/GeometryBuilders.h"
 
 #include <boost/pointer_cast.hpp>
-#include <gmock/gmock.h>
-
-#include <functional>
 
 namespace velmoran::scene
 {
 namespace
 {
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::MatchesRegex;
-using Renames = std::map<std::string, std::string>;
-
 std::vector<std::string> treeOf(const SceneManagerPtr& scene)
 {
     std::vector<std::string> tree;
@@ -37,40 +27,30 @@ std::vector<std::string> treeOf(const SceneManagerPtr& scene)
     return tree;
 }
 
-NodePtr addNode(const SceneManagerPtr& scene, const NodePtr& parent, const std::string& id)
-{
-    const NodePtr node = boost::make_shared<Node>(scene);
-    node->setID(id);
-    parent->addNode(node);
-    return node;
-}
-
-/// A scene with root "root" > "body" > "arm".
-SceneManagerPtr makeIncoming()
-{
-    const SceneManagerPtr scene = boost::make_shared<SceneManager>(core::event::EventManagerPtr());
-    scene->getRoot()->setID("root");
-    addNode(scene, addNode(scene, scene->getRoot(), "body"), "arm");
-    return scene;
-}
-
 class SceneMerging : public testing::Test
 {
 protected:
+    SceneMerging()
+    {
+        guest.addNode("root", "body");
+        guest.addNode("body", "arm");
+    }
+
     void merge(int flags, const std::string& parent = "")
     {
         scene.manager->mergeSceneManager(incoming, flags, parent);
     }
 
-    SceneUnderTest scene; // its root is "root", too
-    SceneManagerPtr incoming = makeIncoming();
+    SceneUnderTest scene; // both have a root "root"
+    SceneUnderTest guest;
+    SceneManagerPtr& incoming = guest.manager;
 };
 } // namespace
 
 TEST_F(SceneMerging, RenamesMergesOrDiscardsRepeatedNodes)
 {
     using Flags = SceneManager::MergeFlags;
-    incoming->getNodeByID("body")->addNode(addNode(incoming, incoming->getRoot(), "leg"));
+    incoming->getNodeByID("body")->addNode(guest.addNode("root", "leg"));
     merge(0, "unknown");
     EXPECT_THAT(treeOf(scene.manager),
                 ElementsAre("/root", "root/root__renamed_OID0__", "root__renamed_OID0__/body",
@@ -78,7 +58,7 @@ TEST_F(SceneMerging, RenamesMergesOrDiscardsRepeatedNodes)
 
     // "body" is found below the parent; the root is not a child of itself and is renamed.
     scene.manager->setRoot(scene.makeNode("root"));
-    addNode(scene.manager, scene.manager->getRoot(), "body");
+    scene.addNode("root", "body");
     scene.manager->mergeSceneGraph(scene.manager->getRoot(), incoming->getNodeByID("body"), {}, {},
                                    {}, {}, false, true);
     EXPECT_THAT(treeOf(scene.manager), ElementsAre("/root", "root/body", "body/arm", "body/leg"));
@@ -169,18 +149,11 @@ TEST_F(SceneMerging, StrangeInputLeavesBothScenesWhole)
 
 TEST_F(SceneMerging, RepointsInstancesAndMaterials)
 {
-    const auto addMesh = [](const SceneManagerPtr& to, const char* id)
-    {
-        const auto mesh = boost::make_shared<Mesh>(id, "");
-        to->getGeometryManager()->addGeometry(mesh);
-        return mesh;
-    };
-    addMesh(scene.manager, "cube");
-    const auto cube = addMesh(incoming, "cube");
-    const auto ball = addMesh(incoming, "ball");
-    cube->addPrimitive(
-        boost::make_shared<TriangleMeshPrimitive>(cube, std::vector<StreamMapping>()));
-    cube->getPrimitive(0)->setMaterialSymbol("a");
+    const MeshPtr cube = makeMeshOf("a", "cube");
+    const auto ball = boost::make_shared<Mesh>("ball", "");
+    scene.manager->getGeometryManager()->addGeometry(boost::make_shared<Mesh>("cube", ""));
+    incoming->getGeometryManager()->addGeometry(cube);
+    incoming->getGeometryManager()->addGeometry(ball);
     const auto lost = boost::make_shared<Mesh>("lost", "");
     scene.manager->addEffect(boost::make_shared<Effect>("fx", "a.fx", ""));
     incoming->addEffect(boost::make_shared<Effect>("fx", "b.fx", ""));
@@ -271,16 +244,10 @@ TEST_F(SceneMerging, LogsWhatBecameOfEveryLibraryItem)
 
 TEST_F(SceneMerging, AListenerMayDropTheSceneMeanwhile)
 {
-    struct Dropping : core::event::EventBase
-    {
-        using EventBase::EventBase;
-        ~Dropping() override { detachForGood(); }
-        void handleEvent(core::event::Event) override { scene->reset(); }
-        SceneManagerPtr* scene = nullptr;
-    } dropping{scene.eventManager};
-    dropping.registerToListen("SceneUpdate");
+    core::event::EventBase dropping(scene.eventManager);
+    dropping.registerHandler("SceneUpdate",
+                             [this](const core::event::Event&) { scene.manager.reset(); });
     const boost::weak_ptr<SceneManager> watch = scene.manager;
-    dropping.scene = &scene.manager;
     SceneManager& manager = *scene.manager;
     manager.mergeSceneManager(incoming, 0, "");
     EXPECT_TRUE(watch.expired());
@@ -314,22 +281,15 @@ TEST_F(SceneMerging, CopiesDeepAndSharedSubtrees)
 
 TEST_F(SceneMerging, StaysExactWhenListenersEditTheTreeMeanwhile)
 {
-    struct Meddler : core::event::EventBase
-    {
-        explicit Meddler(SceneUnderTest& s) : EventBase(s.eventManager), scene(s)
-        {
-            registerToListen("SceneTopologyUpdate");
-        }
-        ~Meddler() override { setEventManager(core::event::EventManagerPtr()); }
-        void handleEvent(core::event::Event event) override
-        {
-            if (event.getEventData().getArg(2) == "body")
-            {
-                scene.manager->getRoot()->addNode(scene.makeNode("arm"));
-            }
-        }
-        SceneUnderTest& scene;
-    } meddler(scene);
+    core::event::EventBase meddler(scene.eventManager);
+    meddler.registerHandler("SceneTopologyUpdate",
+                            [this](const core::event::Event& event)
+                            {
+                                if (event.getEventData().getArg(2) == "body")
+                                {
+                                    scene.addNode("root", "arm");
+                                }
+                            });
     merge(0);
     EXPECT_NE(scene.manager->getNodeByID("arm__renamed_OID1__"), nullptr);
 }
@@ -344,8 +304,7 @@ TEST_F(SceneMerging, WhatDoesNotReachTheTreeClashesWithNothing)
     const NodePtr source = boost::make_shared<Node>(incoming);
     for (const char* const id : {"twice", "other", "twice"})
     {
-        source->addNode(boost::make_shared<Node>(incoming));
-        source->getChildNode(source->getChildCount() - 1)->setID(id);
+        source->addNode(guest.makeNode(id));
     }
     SceneLog log;
     scene.manager->mergeSceneGraph(closed, source, {}, {}, {}, {}, false, false);
@@ -355,19 +314,12 @@ TEST_F(SceneMerging, WhatDoesNotReachTheTreeClashesWithNothing)
 
 TEST_F(SceneMerging, AGeometryNamedLikeARenamedOneStaysAsItWas)
 {
-    const auto geometry = [](const char* id, const char* symbol)
+    scene.manager->getGeometryManager()->addGeometry(makeMeshOf("own", "A"));
+    const MeshPtr renamed = makeMeshOf("kept", "A__renamed__");
+    for (const MeshPtr& mesh : {makeMeshOf("a", "A"), renamed, makeMeshOf("a", "OID0")})
     {
-        const auto mesh = boost::make_shared<Mesh>(id, "");
-        mesh->addPrimitive(
-            boost::make_shared<TriangleMeshPrimitive>(mesh, std::vector<StreamMapping>()));
-        mesh->getPrimitive(0)->setMaterialSymbol(symbol);
-        return mesh;
-    };
-    scene.manager->getGeometryManager()->addGeometry(geometry("A", "own"));
-    const auto renamed = geometry("A__renamed__", "kept");
-    incoming->getGeometryManager()->addGeometry(geometry("A", "a"));
-    incoming->getGeometryManager()->addGeometry(renamed);
-    incoming->getGeometryManager()->addGeometry(geometry("OID0", "a"));
+        incoming->getGeometryManager()->addGeometry(mesh);
+    }
     merge(0);
     EXPECT_EQ(renamed->getPrimitive(0)->getMaterialSymbol(), "kept");
     EXPECT_NE(scene.manager->getNodeByID("root__renamed_OID1__"), nullptr); // OID0 is taken

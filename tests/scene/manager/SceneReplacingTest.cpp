@@ -1,29 +1,10 @@
 #include "scene/deform/Morph.h"
-#include "scene/geometry/TriangleMeshPrimitive.h"
 #include "scene/material/Material.h"
 #include "tests/scene/AvatarUnderTest.h"
-
-#include <boost/weak_ptr.hpp>
-#include <gmock/gmock.h>
+#include "tests/scene/geometry/GeometryBuilders.h"
 
 namespace velmoran::scene
 {
-namespace
-{
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
-
-IMeshPrimitivePtr addPrimitive(const MeshPtr& mesh, const std::string& symbol,
-                               const std::vector<StreamMapping>& inputs = {})
-{
-    const auto primitive = boost::make_shared<TriangleMeshPrimitive>(mesh, inputs);
-    primitive->setMaterialSymbol(symbol);
-    mesh->addPrimitive(primitive);
-    return primitive;
-}
-} // namespace
-
 TEST(SceneReplacing, PutsAStreamWhereverTheOtherOneWas)
 {
     AvatarUnderTest avatar;
@@ -77,8 +58,7 @@ TEST(SceneReplacing, LetsTheNewGeometryBeUsedForTheOldOne)
     avatar.controller->setMorph(morph);
     addPrimitive(avatar.mesh, "shirt");
 
-    const MeshPtr robe = boost::make_shared<Mesh>("robe", "");
-    addPrimitive(robe, "shirt");
+    const MeshPtr robe = makeMeshOf("shirt", "robe");
     addPrimitive(robe, "belt");
     avatar.events.take();
     avatar.manager->replaceGeometry("unknown", robe);

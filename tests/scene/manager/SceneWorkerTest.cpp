@@ -3,8 +3,6 @@
 #include "scene/manager/ISceneController.h"
 #include "tests/scene/SceneUnderTest.h"
 
-#include <gmock/gmock.h>
-
 #include <atomic>
 #include <condition_variable>
 #include <functional>
@@ -18,7 +16,6 @@ namespace
 {
 using boost::posix_time::ptime;
 using boost::posix_time::time_duration;
-using testing::ElementsAre;
 
 /// Something that threads count up and others wait for.
 class Counter
@@ -42,8 +39,6 @@ public:
         std::unique_lock<std::mutex> lock(m_mutex);
         m_changed.wait(lock, [&] { return m_value >= value; });
     }
-
-    void waitForMore(int more) { waitFor(value() + more); }
 
 private:
     std::mutex m_mutex;
@@ -85,30 +80,6 @@ boost::shared_ptr<TestController> makeController(bool readOnly, TestController::
     return boost::make_shared<TestController>(readOnly, std::move(update));
 }
 
-/// Counts "SyncScene" events and calls a function with each.
-class SyncListener : public core::event::EventBase
-{
-public:
-    SyncListener(const core::event::EventManagerPtr& manager, std::function<void()> onSync)
-        : EventBase(manager), m_onSync(std::move(onSync))
-    {
-        registerToListen("SyncScene");
-    }
-
-    ~SyncListener() override { setEventManager(core::event::EventManagerPtr()); }
-
-    void handleEvent(core::event::Event) override
-    {
-        m_onSync();
-        syncs.add();
-    }
-
-    Counter syncs;
-
-private:
-    const std::function<void()> m_onSync;
-};
-
 SceneManagerPtr makeScene()
 {
     return boost::make_shared<SceneManager>(boost::make_shared<core::event::EventManager>());
@@ -145,7 +116,9 @@ TEST(SceneWorker, UpdatesWritersNewestFirstAndReadersLast)
 TEST(SceneWorker, RaisesOneSyncSceneForEachTurnThatChangedSomething)
 {
     const SceneManagerPtr scene = makeScene();
-    SyncListener listener(scene->getEventManager(), [] {});
+    Counter syncs;
+    core::event::EventBase listener(scene->getEventManager());
+    listener.registerHandler("SyncScene", [&](const core::event::Event&) { syncs.add(); });
     std::atomic<int> changes{0};
     const auto change = [&](time_duration)
     {
@@ -161,7 +134,7 @@ TEST(SceneWorker, RaisesOneSyncSceneForEachTurnThatChangedSomething)
     scene->unlockScene();
     idle->updates.waitFor(6);
     scene->stop();
-    EXPECT_EQ(listener.syncs.value(), 3);
+    EXPECT_EQ(syncs.value(), 3);
 }
 
 TEST(SceneWorker, MeasuresTimeWithTheClockThatIsSet)
@@ -226,22 +199,15 @@ TEST(SceneWorker, StartsAndStopsAThousandTimes)
 
 TEST(SceneWorker, MayEndItsOwnScene)
 {
-    enum class Way
+    for (const auto& [inUpdate, drop] : {std::pair(true, false), std::pair(true, true),
+                                         std::pair(false, false), std::pair(false, true)})
     {
-        STOP_IN_UPDATE,
-        DROP_IN_UPDATE,
-        STOP_IN_HANDLER,
-        DROP_IN_HANDLER
-    };
-    for (const Way way :
-         {Way::STOP_IN_UPDATE, Way::DROP_IN_UPDATE, Way::STOP_IN_HANDLER, Way::DROP_IN_HANDLER})
-    {
-        SCOPED_TRACE(static_cast<int>(way));
+        SCOPED_TRACE(std::string(drop ? "dropped" : "stopped") +
+                     (inUpdate ? " in update" : " in a handler"));
         SceneManagerPtr scene = makeScene();
         const boost::weak_ptr<SceneManager> watch = scene;
-        const core::event::EventManagerPtr events = scene->getEventManager();
         Counter ended;
-        const auto end = [&](bool drop)
+        const auto end = [&scene, &ended, drop = drop]
         {
             if (drop)
             {
@@ -253,20 +219,21 @@ TEST(SceneWorker, MayEndItsOwnScene)
             }
             ended.add();
         };
-        const bool inUpdate = way == Way::STOP_IN_UPDATE || way == Way::DROP_IN_UPDATE;
-        const bool drop = way == Way::DROP_IN_UPDATE || way == Way::DROP_IN_HANDLER;
-        SyncListener listener(
-            events, inUpdate ? std::function<void()>([] {}) : [&, drop] { end(drop); });
         std::atomic<int> updates{0};
         std::promise<void> go; // from then on only the worker holds the scene
+        core::event::EventBase listener(scene->getEventManager());
+        if (!inUpdate)
+        {
+            listener.registerHandler("SyncScene", [&](const core::event::Event&) { end(); });
+        }
         scene->addSceneController(makeController(false,
-                                                 [&, inUpdate, drop](time_duration)
+                                                 [&, inUpdate = inUpdate](time_duration)
                                                  {
                                                      ++updates;
                                                      go.get_future().wait();
                                                      if (inUpdate)
                                                      {
-                                                         end(drop);
+                                                         end();
                                                      }
                                                      return true;
                                                  }));
@@ -300,7 +267,9 @@ TEST(SceneWorker, IsEditedFromOtherThreadsWhileItRuns)
 {
     const SceneManagerPtr scene = makeScene();
     const core::event::EventManagerPtr events = scene->getEventManager();
-    SyncListener listener(events, [] {});
+    Counter syncs;
+    core::event::EventBase listener(events);
+    listener.registerHandler("SyncScene", [&](const core::event::Event&) { syncs.add(); });
     const auto writer = makeController(false,
                                        [&](time_duration)
                                        {
@@ -336,12 +305,12 @@ TEST(SceneWorker, IsEditedFromOtherThreadsWhileItRuns)
                 EXPECT_EQ(passing->updates.value(), updates);
             }
         });
-    writer->updates.waitForMore(20);
+    writer->updates.waitFor(writer->updates.value() + 20);
     stop = true;
     editing.join();
     replacing.join();
     scene->stop();
-    EXPECT_GT(listener.syncs.value(), 0);
+    EXPECT_GT(syncs.value(), 0);
 }
 
 TEST(SceneWorker, AnimationsInstalledAgainReplaceTheirManager)

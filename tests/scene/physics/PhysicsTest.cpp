@@ -1,4 +1,3 @@
-#include "scene/physics/PhysicsMaterial.h"
 #include "scene/physics/PhysicsModel.h"
 #include "scene/physics/PhysicsRigidBody.h"
 #include "scene/physics/PhysicsRigidConstraint.h"
@@ -21,11 +20,6 @@ TEST(Physics, RecordsStartWithTheirDefaults)
     const PhysicsScene scene("s", "n");
     EXPECT_EQ(scene.getGravity(), Eigen::Vector3f(0.0f, 0.0f, -9.81f));
     EXPECT_EQ(scene.getTimeStep(), 0.016666668f);
-
-    const PhysicsMaterial material("m", "n", 0.5f, 0.7f, 0.3f);
-    EXPECT_EQ(material.getRestitution(), 0.5f);
-    EXPECT_EQ(material.getStaticFriction(), 0.7f);
-    EXPECT_EQ(material.getDynamicFriction(), 0.3f);
 }
 
 TEST(Physics, LimitsCanBeSetFromEachOther)

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "scene/geometry/Triangle.h"
 #include "scene/spatial/Ray.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
 #include <Eigen/Core>
-#include <boost/make_shared.hpp>
 
 #include <random>
-#include <vector>
 
 namespace velmoran::scene
 {
@@ -34,6 +31,12 @@ public:
         const float x = in(m_engine);
         const float y = in(m_engine);
         return {x, y, in(m_engine)};
+    }
+
+    /// Three points.
+    std::vector<Eigen::Vector3f> points(float reach)
+    {
+        return {point(reach), point(reach), point(reach)};
     }
 
     /// The positions of `count` triangles of some size, up to 1 from the origin.

@@ -4,8 +4,6 @@
 #include "tests/scene/SceneUnderTest.h"
 #include "tests/scene/geometry/GeometryBuilders.h"
 
-#include <gtest/gtest.h>
-
 namespace velmoran::scene
 {
 namespace

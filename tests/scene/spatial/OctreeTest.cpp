@@ -1,8 +1,6 @@
 #include "scene/spatial/OctreeNode.h"
 #include "tests/scene/spatial/Faces.h"
 
-#include <gtest/gtest.h>
-
 #include <array>
 #include <cmath>
 #include <limits>

@@ -8,10 +8,8 @@
 #include "tests/scene/spatial/Faces.h"
 
 #include <boost/pointer_cast.hpp>
-#include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <list>
@@ -45,11 +43,17 @@ protected:
         node->addInstanceGeometry(boost::make_shared<InstanceGeometry>(geometry, MaterialPtr()));
     }
 
+    void calculate(const NodePtr& node, int maxDepth, int maxPrimitives)
+    {
+        octree.setSceneNode(node);
+        octree.calculate(maxDepth, maxPrimitives);
+    }
+
     /// The nearest of all faces in the scene; -1 for none.
     double distanceByTestingAll(const RayPtr& ray)
     {
         double nearest = -1.0;
-        for (const NodePtr& node : scene.manager->getRoot()->getNodesBelow())
+        for (const NodePtr& node : root->getNodesBelow())
         {
             for (const InstanceGeometryPtr& used : node->getInstancedGeometries())
             {
@@ -81,7 +85,22 @@ protected:
         return normal.dot(corner - ray->getOrigin().cast<double>()) / normal.dot(direction);
     }
 
+    /// Picks what testing all faces gives; returns whether there is something.
+    bool agreesWithTestingAll(const RayPtr& ray)
+    {
+        const double wanted = distanceByTestingAll(ray);
+        const auto hit = octree.pickNearest(ray);
+        EXPECT_EQ(hit.has_value(), wanted >= 0.0);
+        if (hit)
+        {
+            EXPECT_NEAR(hit->distance, wanted, 1e-5);
+            EXPECT_NEAR(distanceTo(*hit->element, ray), wanted, 1e-5);
+        }
+        return hit.has_value();
+    }
+
     SceneUnderTest scene;
+    const NodePtr root = scene.manager->getRoot();
     Octree octree;
     Random random;
 
@@ -103,8 +122,7 @@ TEST_F(PickScene, IsCollectedInWorldSpaceInstanceByInstance)
     octree.calculate(0, 10);
     EXPECT_FALSE(octree.getRoot());
     EXPECT_FALSE(octree.pickNearest(makeRay({10.2F, 0.2F, 5}, {0, 0, -1})));
-    octree.setSceneNode(scene.manager->getRoot());
-    octree.calculate(0, 10);
+    calculate(root, 0, 10);
     EXPECT_EQ(octree.getRoot()->getPrimitives().size(), 2U);
     EXPECT_EQ(octree.getRoot()->getBVMax(), Vector3f(11, 1, 0));
     const RayPtr ray = makeRay({10.2F, 0.2F, 5}, {0, 0, -0.5F});
@@ -130,12 +148,12 @@ TEST_F(PickScene, AgreesWithTestingEveryFace)
 {
     // The second instance is turned, so that the root's bounds don't enclose the scene.
     const MeshPtr mesh = makeMesh(random.soup(400, 0.1F));
-    instance(scene.manager->getRoot(), mesh);
+    instance(root, mesh);
     const NodePtr turned = scene.addNode("root", "turned");
     turned->rotate(Eigen::AngleAxisf(2.5F, Vector3f(1, 2, 3).normalized()).toRotationMatrix());
     turned->move(0.5F, 0, 0);
     instance(turned, mesh);
-    octree.setSceneNode(scene.manager->getRoot());
+    octree.setSceneNode(root);
     for (const int maxPrimitives : {10000, 8, 0})
     {
         octree.calculate(5, maxPrimitives);
@@ -145,16 +163,8 @@ TEST_F(PickScene, AgreesWithTestingEveryFace)
             const Vector3f origin = random.point(i % 2 == 0 ? 3.0F : 0.5F);
             Vector3f direction = random.point(1.0F) - origin;
             direction[i % 3] = i % 5 == 0 ? -0.0F : direction[i % 3]; // along planes
-            const RayPtr ray = makeRay(origin, direction);
-            const double wanted = distanceByTestingAll(ray);
-            const auto hit = octree.pickNearest(ray);
-            ASSERT_EQ(hit.has_value(), wanted >= 0.0) << "ray " << i;
-            if (hit)
-            {
-                ++hits;
-                ASSERT_NEAR(hit->distance, wanted, 1e-5);
-                ASSERT_NEAR(distanceTo(*hit->element, ray), wanted, 1e-5);
-            }
+            hits += agreesWithTestingAll(makeRay(origin, direction)) ? 1 : 0;
+            ASSERT_FALSE(HasFailure()) << "ray " << i;
         }
         EXPECT_GT(hits, 30);
     }
@@ -172,21 +182,18 @@ TEST_F(PickScene, AgreesWithTheFaceAtItsEdgesWhateverTheScale)
         {
             const Vector3f at = (i % 3 == 0 ? 100.0F : 0.0F) * random.point(1.0F);
             const float size = i % 5 == 0 ? 1e-4F : 1.0F;
-            const std::array<Vector3f, 3> corners = {scale * (at + random.point(size)),
-                                                     scale * (at + random.point(size)),
-                                                     scale * (at + random.point(size))};
+            Eigen::Matrix3f corners; // in columns
+            corners << random.point(size), random.point(size), random.point(size);
+            corners = scale * (corners.colwise() + at);
             const NodePtr node = boost::make_shared<Node>(scene.manager);
-            instance(node, makeMesh({corners[0].x(), corners[0].y(), corners[0].z(), corners[1].x(),
-                                     corners[1].y(), corners[1].z(), corners[2].x(), corners[2].y(),
-                                     corners[2].z()}));
-            octree.setSceneNode(node);
-            octree.calculate(0, 10);
+            instance(node, makeMesh({corners.data(), corners.data() + 9}));
+            calculate(node, 0, 10);
             const IPrimitivePtr face = octree.getRoot()->getPrimitives().at(0);
             for (int j = 0; j < 8; ++j)
             {
-                const Vector3f& corner = corners[j % 3];
+                const Vector3f corner = corners.col(j % 3);
                 const float along = 0.3F * static_cast<float>(j - 1); // a bit beyond the ends
-                const Vector3f target = corner + along * (corners[(j + 1) % 3] - corner);
+                const Vector3f target = corner + along * (corners.col((j + 1) % 3) - corner);
                 const Vector3f origin = scale * (at + random.point(10.0F));
                 const float stretch = scale < 1.0F && j % 2 == 0 ? 1e30F : 1e-2F;
                 const RayPtr ray = makeRay(origin, stretch * (target - origin));
@@ -210,9 +217,8 @@ TEST_F(PickScene, FindsFacesOfAFlatSceneAlongItsPlanes)
         const auto y = static_cast<float>(i / 8);
         positions.insert(positions.end(), {x, y, 0, x + 1, y, 0, x, y + 1, 0});
     }
-    instance(scene.manager->getRoot(), makeMesh(positions));
-    octree.setSceneNode(scene.manager->getRoot());
-    octree.calculate(6, 2);
+    instance(root, makeMesh(positions));
+    calculate(root, 6, 2);
     for (int i = 0; i < 64; ++i)
     {
         // A corner where six faces meet, or fewer: the first of them.
@@ -264,21 +270,16 @@ public:
 TEST_F(PickScene, IsFoundBesideFacesWithoutFiniteBounds)
 {
     constexpr float INFINITE = std::numeric_limits<float>::infinity();
-    const NodePtr root = scene.manager->getRoot();
     instance(root, makeMesh(random.soup(200, 0.3F)));
     instance(scene.addNode("root", "far"),
              makeMesh({0, 0, 0, INFINITE, 0, 0, 0, 1, 0, 3e38F, 3e38F, 3e38F, 3.1e38F, 3e38F, 3e38F,
                        3e38F, 3.1e38F, 3e38F}));
-    octree.setSceneNode(root);
-    octree.calculate(6, 4);
+    calculate(root, 6, 4);
     for (int i = 0; i < 100; ++i)
     {
         const Vector3f origin = random.point(2.0F);
-        const RayPtr ray = makeRay(origin, random.point(1.0F) - origin);
-        const double wanted = distanceByTestingAll(ray);
-        const auto hit = octree.pickNearest(ray);
-        ASSERT_EQ(hit.has_value(), wanted >= 0.0);
-        EXPECT_NEAR(hit ? hit->distance : -1.0, wanted, 1e-5);
+        agreesWithTestingAll(makeRay(origin, random.point(1.0F) - origin));
+        ASSERT_FALSE(HasFailure()) << "ray " << i;
     }
 }
 
@@ -290,10 +291,9 @@ TEST_F(PickScene, IsFoundWhereCellsHaveNoCentre)
         const float z = 1e36F * static_cast<float>(i);
         positions.insert(positions.end(), {0, 0, z, 2e37F, 0, z, 0, 2e37F, z});
     }
-    scene.manager->getRoot()->move(3e38F, 3e38F, 3e38F);
-    instance(scene.manager->getRoot(), makeMesh(positions));
-    octree.setSceneNode(scene.manager->getRoot());
-    octree.calculate(3, 2);
+    root->move(3e38F, 3e38F, 3e38F);
+    instance(root, makeMesh(positions));
+    calculate(root, 3, 2);
     EXPECT_TRUE(octree.pickNearest(makeRay({3.05e38F, 3.05e38F, 0}, {0, 0, 1})));
     EXPECT_FALSE(octree.pickNearest(makeRay({3.05e38F, 2.9e38F, 0}, {0, 0, 1})));
 }
@@ -302,11 +302,10 @@ TEST_F(PickScene, AsksElementsOfOtherKindsButNoPolygons)
 {
     const MeshPtr mesh = makeMesh({-9, -9, -9, -8, -9, -9, -9, -8, -9, 9, 9, 9, 9, 9, 8, 9, 8, 9});
     mesh->addPrimitive(boost::make_shared<TargetPrimitive>(mesh, std::vector<StreamMapping>()));
-    scene.manager->getRoot()->move(0, 0, 4);
-    instance(scene.manager->getRoot(), mesh);
+    root->move(0, 0, 4);
+    instance(root, mesh);
     ::testing::internal::CaptureStdout();
-    octree.setSceneNode(scene.manager->getRoot());
-    octree.calculate(0, 1);
+    calculate(root, 0, 1);
     const std::string polygon = "Polygon::intersects() not implemented yet!\n";
     std::string wanted = "Polygon::applyTransform() not implemented yet!\n";
     for (int octant = 0; octant < 8; ++octant)
@@ -325,7 +324,7 @@ TEST_F(PickScene, AsksElementsOfOtherKindsButNoPolygons)
 
 TEST_F(PickScene, MayBeDeep)
 {
-    NodePtr node = scene.manager->getRoot();
+    NodePtr node = root;
     for (int i = 0; i < 100000; ++i)
     {
         const NodePtr child = boost::make_shared<Node>(scene.manager);
@@ -333,10 +332,9 @@ TEST_F(PickScene, MayBeDeep)
         node->addNode(child);
         node = child;
     }
-    scene.manager->getRoot()->move(0, 0, 7);
+    root->move(0, 0, 7);
     instance(node, makeMesh({-1, -1, 0, 1, -1, 0, 0, 1, 0}));
-    octree.setSceneNode(scene.manager->getRoot());
-    octree.calculate(4, 4);
+    calculate(root, 4, 4);
     const auto hit = octree.pickNearest(makeRay({0, 0, 0}, {0, 0, 1}));
     ASSERT_TRUE(hit);
     EXPECT_EQ(hit->distance, 7.0F);
