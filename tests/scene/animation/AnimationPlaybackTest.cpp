@@ -269,22 +269,17 @@ TEST(ListPlayback, CombinesChannelsOfOneNode)
 
 TEST(ListPlayback, BrokenDataIsSkippedAndLeavesNoNaN)
 {
-    const auto without = [](const char* semantic)
+    const auto only = [](const char* semantic, Sampler::Semantic role)
     {
         const auto sampler = boost::make_shared<Sampler>("s");
-        const SamplerPtr whole = makeSampler({0, 1}, {1, 2}, 1);
-        for (const Sampler::Semantic role : {Sampler::INPUT, Sampler::OUTPUT})
-        {
-            const std::string name = role == Sampler::INPUT ? "INPUT" : "OUTPUT";
-            sampler->addInput(name == semantic ? "-" : name, whole->getStreamBySemantic(role));
-        }
+        sampler->addInput(semantic, makeSampler({0, 1}, {1, 2}, 1)->getStreamBySemantic(role));
         return sampler;
     };
     const std::pair<std::string, SamplerPtr> rows[] = {
         {"no sampler", SamplerPtr()},
         {"empty sampler", boost::make_shared<Sampler>("s")},
-        {"no times", without("INPUT")},
-        {"no values", without("OUTPUT")},
+        {"no times", only("OUTPUT", Sampler::OUTPUT)},
+        {"no values", only("INPUT", Sampler::INPUT)},
         {"no keys", makeSampler({}, {}, 1)},
         {"one key", makeSampler({1}, {4}, 1)},
         {"fewer values than times", makeSampler({0, 1, 2}, {4}, 1)},

@@ -21,6 +21,8 @@ using TableEntry = PolygonMeshPrimitive::TableEntry;
 class QuadAndTriangle : public testing::Test
 {
 protected:
+    QuadAndTriangle() { owned.mesh->addVerticesMapping(StreamMapping(POSITION, positions, 0)); }
+
     PolygonMeshPrimitivePtr makePrimitive(const std::vector<StreamMapping>& inputs,
                                           const std::vector<unsigned int>& indices,
                                           const std::vector<unsigned int>& counts) const
@@ -29,11 +31,6 @@ protected:
             boost::make_shared<PolygonMeshPrimitive>(owned.mesh, inputs, indices, counts);
         owned.mesh->addPrimitive(primitive);
         return primitive;
-    }
-
-    void addPositions() const
-    {
-        owned.mesh->addVerticesMapping(StreamMapping(POSITION, positions, 0));
     }
 
     OwnedMesh owned;
@@ -54,7 +51,6 @@ std::vector<float> xOfCorners(const IPrimitivePtr& face)
 
 TEST_F(QuadAndTriangle, AreReadInOrder)
 {
-    addPositions();
     const auto primitive = makePrimitive({vertexInput}, {0, 1, 2, 3, 1, 4, 2}, {4, 3});
     EXPECT_EQ(primitive->getType(), IMeshPrimitive::POLYGONS);
     EXPECT_EQ(primitive->getTotalVertexCount(), 7U);
@@ -73,7 +69,6 @@ TEST_F(QuadAndTriangle, AreReadInOrder)
 
 TEST_F(QuadAndTriangle, TakeRecordsAsWideAsTheirOffsetsAndReportInputsThatTheySkip)
 {
-    addPositions();
     const StreamPtr none;
     const auto primitive =
         makePrimitive({vertexInput, {TEXCOORD, none, 1}, {TEXCOORD1, none, 2}, {TANGENT, none, 2}},
@@ -89,7 +84,6 @@ TEST_F(QuadAndTriangle, TakeRecordsAsWideAsTheirOffsetsAndReportInputsThatTheySk
 TEST_F(QuadAndTriangle, AreNotReadBeyondTheIndices)
 {
     constexpr unsigned int MANY = std::numeric_limits<unsigned int>::max();
-    addPositions();
     const auto primitive = makePrimitive({vertexInput}, {0, 1, 77}, {3, 1, MANY, MANY, 2});
     EXPECT_EQ(primitive->getCount(), 5U);
     EXPECT_THAT(xOfCorners(primitive->getPolygonAt(0)), ElementsAre(0, 1, 0)); // 77: no tuple
@@ -102,9 +96,10 @@ TEST_F(QuadAndTriangle, AreNotReadBeyondTheIndices)
 
 TEST_F(QuadAndTriangle, AreAddedWithTheStreamsThatTheyNeed)
 {
+    const OwnedMesh empty;
     const auto primitive =
-        boost::make_shared<PolygonMeshPrimitive>(owned.mesh, std::vector<StreamMapping>());
-    owned.mesh->addPrimitive(primitive);
+        boost::make_shared<PolygonMeshPrimitive>(empty.mesh, std::vector<StreamMapping>());
+    empty.mesh->addPrimitive(primitive);
     const auto makePolygon = [](const std::vector<VertexPtr>& corners)
     {
         const PolygonPtr polygon = boost::make_shared<Polygon>();
@@ -132,13 +127,12 @@ TEST_F(QuadAndTriangle, AreAddedWithTheStreamsThatTheyNeed)
     EXPECT_THAT(primitive->getPolygonStream(), ElementsAre(TableEntry(4, 0), TableEntry(3, 10)));
     EXPECT_EQ(primitive->getTotalVertexCount(), 7U);
     EXPECT_THAT(xOfCorners(primitive->getPolygonAt(1)), ElementsAre(1, 2, 1));
-    EXPECT_EQ(owned.mesh->getStream("NORMAL_stream")->getData(), (std::vector<float>{0, 0, 1}));
+    EXPECT_EQ(empty.mesh->getStream("NORMAL_stream")->getData(), (std::vector<float>{0, 0, 1}));
     EXPECT_THAT(primitive->getBVMax(), ElementsAre(7, 7, 7));
 }
 
 TEST_F(QuadAndTriangle, SayWhatTheyDoNotOffer)
 {
-    addPositions();
     const auto primitive = makePrimitive({vertexInput}, {0, 1, 2}, {3});
     const PolygonPtr polygon = primitive->getPolygonAt(0);
     const std::vector<float> before = positions->getData();
