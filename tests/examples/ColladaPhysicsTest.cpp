@@ -18,10 +18,6 @@ namespace velmoran::examples::test
 {
 namespace
 {
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-
 const std::string MATERIALS =
     "<library_physics_materials><physics_material id=\"ice\" name=\"Ice\"><technique_common>"
     "<dynamic_friction>0.25</dynamic_friction><restitution>0.75</restitution>"
@@ -216,13 +212,8 @@ TEST_F(ColladaPhysicsTest, ScenesInstanceModelsOnTheirNodes)
 
 TEST_F(ColladaPhysicsTest, WrongNumbersAndReferencesThatLeadNowhereAreRefused)
 {
-    struct Row
-    {
-        std::string body;
-        const char* reason;
-    };
     const std::string empty = model("");
-    const std::vector<Row> rows = {
+    const std::pair<std::string, const char*> rows[] = {
         {model(body("b", "<dynamic>maybe</dynamic>")), "\"maybe\" is not a boolean"},
         {model(body("b", "<mass>1 2</mass>")), "2 numbers instead of 1"},
         {model(body("b", "<shape><sphere><radius>big</radius></sphere></shape>")), "not a number"},
@@ -237,11 +228,12 @@ TEST_F(ColladaPhysicsTest, WrongNumbersAndReferencesThatLeadNowhereAreRefused)
         {empty + physicsScene("", "", "<gravity>0 0</gravity>"), "2 numbers instead of 3"},
         {"<scene><instance_physics_scene url=\"#gone\"/></scene>", "<physics_scene>"},
     };
-    for (const Row& row : rows)
+    for (const auto& [text, reason] : rows)
     {
-        const ReadResult result = read(row.body);
+        SCOPED_TRACE(text);
+        const ReadResult result = read(text);
         EXPECT_FALSE(result.ok);
-        EXPECT_THAT(result.error, HasSubstr(row.reason));
+        EXPECT_THAT(result.error, HasSubstr(reason));
         EXPECT_THAT(m_scene->getPhysicsModelLibrary(), IsEmpty());
     }
 }

@@ -13,11 +13,6 @@ namespace velmoran::examples::test
 {
 namespace
 {
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Pair;
-
 class ColladaPolygonsTest : public ColladaTest
 {
 protected:
@@ -38,14 +33,9 @@ protected:
     }
 };
 
+using Vec3 = core::utils::Vector<float, 3>;
 using scene::PolygonMeshPrimitive;
 using scene::TriangleMeshPrimitive;
-
-std::vector<float> getPosition(const scene::VertexPtr& vertex)
-{
-    const scene::VertexElementPtr element = vertex->getPosition();
-    return {element->values, element->values + element->size};
-}
 
 std::string convexMesh(const std::string& id, const std::string& content)
 {
@@ -75,7 +65,7 @@ TEST_F(ColladaPolygonsTest, FacesOfManyCornersStayWhatTheyAre)
     const auto polygons = getPrimitive<PolygonMeshPrimitive>(1);
     ASSERT_TRUE(polygons);
     EXPECT_EQ(polygons->getTotalVertexCount(), 7U);
-    EXPECT_THAT(getPosition(polygons->getPolygonAt(1)->getVertexAt(0)), ElementsAre(0, 1, 0));
+    EXPECT_EQ(polygons->getPolygonAt(1)->getVertexAt(0)->getPositionVector(), Vec3(0, 1, 0));
     EXPECT_TRUE(getPrimitive<TriangleMeshPrimitive>(2)) << "fans are lists of triangles";
 }
 
@@ -93,21 +83,16 @@ TEST_F(ColladaPolygonsTest, InputsThatShareAnOffsetCanBeReadByTheLibrary)
     EXPECT_THAT(getPrimitive<TriangleMeshPrimitive>(0)->getIndexStream(),
                 ElementsAre(0, 0, 0, 1, 1, 1, 0, 0, 2));
     const scene::TrianglePtr triangle = getPrimitive<TriangleMeshPrimitive>(0)->getTriangleAt(0);
-    EXPECT_THAT(getPosition(triangle->getVertexAt(1)), ElementsAre(1, 0, 0));
-    EXPECT_THAT(getPosition(triangle->getVertexAt(2)), ElementsAre(1, 1, 0));
+    EXPECT_EQ(triangle->getVertexAt(1)->getPositionVector(), Vec3(1, 0, 0));
+    EXPECT_EQ(triangle->getVertexAt(2)->getPositionVector(), Vec3(1, 1, 0));
     EXPECT_EQ(triangle->getVertexAt(1)->getTexCoord(0)->values[1], 1.0F);
     EXPECT_EQ(triangle->getVertexAt(2)->getTexCoord(1)->values[1], 0.0F);
     const auto polygon = getPrimitive<PolygonMeshPrimitive>(1);
     ::testing::internal::CaptureStdout(); // the library says what it doesn't assemble
-    EXPECT_THAT(getPosition(polygon->getPolygonAt(0)->getVertexAt(1)), ElementsAre(1, 1, 0));
+    EXPECT_EQ(polygon->getPolygonAt(0)->getVertexAt(1)->getPositionVector(), Vec3(1, 1, 0));
     EXPECT_THAT(::testing::internal::GetCapturedStdout(), HasSubstr("TEXCOORD1 not handled"));
 
-    std::string many;
-    for (int i = 0; i < 40; ++i)
-    {
-        many += VERTEX_INPUT;
-    }
-    EXPECT_THAT(read(quad("<triangles>" + many + "</triangles>")).error,
+    EXPECT_THAT(read(quad("<triangles>" + repeat(40, VERTEX_INPUT) + "</triangles>")).error,
                 HasSubstr("it has 40 inputs that share offsets"));
 }
 
@@ -120,7 +105,7 @@ TEST_F(ColladaPolygonsTest, ConvexMeshesKnowWhatTheyEnclose)
                               "<vertices id=\"w\"><input semantic=\"POSITION\" source=\"#p\"/>"
                               "</vertices><triangles><input semantic=\"VERTEX\" source=\"#w\" "
                               "offset=\"0\"/><p>0 1 2</p></triangles></convex_mesh>") +
-        quad("<triangles>" + std::string(VERTEX_INPUT) + "<p>0 1 2</p></triangles>") +
+        quad(triangleList("0 1 2")) +
         "<library_geometries><geometry id=\"curve\"><spline/></geometry></library_geometries>" +
         convexMesh("around", "convex_hull_of=\"#curve\"/>") +
         visualScene("<node id=\"n\"><instance_geometry url=\"#hull\"/></node>"));

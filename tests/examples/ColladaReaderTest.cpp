@@ -22,23 +22,7 @@
 
 namespace velmoran::examples::test
 {
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-
 using ColladaReaderTest = ColladaTest;
-
-std::vector<unsigned int> getIndices(const scene::MeshPtr& mesh, unsigned int primitive)
-{
-    return boost::dynamic_pointer_cast<scene::MeshPrimitiveBase>(mesh->getPrimitive(primitive))
-        ->getIndexStream();
-}
-
-std::vector<scene::StreamMapping> getMappings(const scene::MeshPtr& mesh, unsigned int primitive)
-{
-    return boost::dynamic_pointer_cast<scene::MeshPrimitiveBase>(mesh->getPrimitive(primitive))
-        ->getStreamMapping();
-}
 
 TEST_F(ColladaReaderTest, SettingsAndRootComeFromTheDocument)
 {
@@ -89,15 +73,8 @@ TEST_F(ColladaReaderTest, AStreamHoldsWhatItsAccessorPicks)
 
 TEST_F(ColladaReaderTest, EveryKindOfFaceBecomesTriangles)
 {
-    const std::string input = VERTEX_INPUT;
-    struct Row
-    {
-        const char* name;
-        std::string primitive;
-        std::vector<unsigned int> indices;
-        std::size_t warnings;
-    };
-    const std::vector<Row> rows = {
+    const std::string& input = VERTEX_INPUT;
+    const std::tuple<const char*, std::string, std::vector<unsigned int>, std::size_t> rows[] = {
         {"triangles in two lists",
          "<triangles count=\"2\">" + input + "<p>0 1 2</p><p>0 2 3</p></triangles>",
          {0, 1, 2, 0, 2, 3},
@@ -122,18 +99,18 @@ TEST_F(ColladaReaderTest, EveryKindOfFaceBecomesTriangles)
          {0, 1, 2, 2, 1, 3, 2, 3, 0},
          0},
     };
-    for (const Row& row : rows)
+    for (const auto& [name, primitive, indices, warnings] : rows)
     {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(readFine(visualScene("") + quad(row.primitive)).warnings.size(), row.warnings);
-        EXPECT_EQ(getIndices(getMesh("quad"), 0), row.indices);
+        SCOPED_TRACE(name);
+        EXPECT_EQ(readFine(visualScene("") + quad(primitive)).warnings.size(), warnings);
+        EXPECT_EQ(getMesh("quad")->getPrimitive(0)->getIndexStream(), indices);
     }
 }
 
 TEST_F(ColladaReaderTest, LinesAreLeftOutWithAWarning)
 {
     const ReadResult result =
-        readFine(visualScene("") + quad("<lines count=\"1\">" + std::string(VERTEX_INPUT) +
+        readFine(visualScene("") + quad("<lines count=\"1\">" + VERTEX_INPUT +
                                         "<p>0 1</p></lines><triangles count=\"0\"/>"));
     EXPECT_EQ(getMesh("quad")->getPrimitiveCount(), 0U);
     EXPECT_THAT(result.warnings,
@@ -146,10 +123,10 @@ TEST_F(ColladaReaderTest, InputsKeepTheirOffsetsInDenseRecords)
     // Offsets 2 and 0 as written; offset 1 is used by no input.
     readFine(quad("<triangles material=\"paint\" count=\"1\">"
                   "<input semantic=\"TEXCOORD\" source=\"#uv\" offset=\"2\" set=\"1\"/>" +
-                  std::string(VERTEX_INPUT) + "<p>0 99 1 2 99 0 3 99 1</p></triangles>" +
-                  "<triangles>" + VERTEX_INPUT + "<p>0 1 2</p></triangles>"));
+                  VERTEX_INPUT + "<p>0 99 1 2 99 0 3 99 1</p></triangles>" + "<triangles>" +
+                  VERTEX_INPUT + "<p>0 1 2</p></triangles>"));
     const scene::MeshPtr mesh = getMesh("quad");
-    const std::vector<scene::StreamMapping> mappings = getMappings(mesh, 0);
+    const auto& mappings = mesh->getPrimitive(0)->getStreamMapping();
     ASSERT_EQ(mappings.size(), 2U);
     EXPECT_EQ(mappings[0].getSemantic(), scene::VERTEX);
     EXPECT_EQ(mappings[0].getOffset(), 0);
@@ -157,7 +134,7 @@ TEST_F(ColladaReaderTest, InputsKeepTheirOffsetsInDenseRecords)
     EXPECT_EQ(mappings[1].getSemantic(), scene::TEXCOORD1);
     EXPECT_EQ(mappings[1].getOffset(), 1);
     EXPECT_EQ(mappings[1].getStream(), mesh->getStream("uv"));
-    EXPECT_THAT(getIndices(mesh, 0), ElementsAre(0, 1, 2, 0, 3, 1));
+    EXPECT_THAT(mesh->getPrimitive(0)->getIndexStream(), ElementsAre(0, 1, 2, 0, 3, 1));
     EXPECT_EQ(mesh->getPrimitive(0)->getMaterialSymbol(), "paint");
     EXPECT_EQ(mesh->getPrimitive(1)->getMaterialSymbol(), "velmoran_material");
     EXPECT_EQ(mesh->getVerticesID(), "v");
@@ -167,29 +144,27 @@ TEST_F(ColladaReaderTest, InputsKeepTheirOffsetsInDenseRecords)
 
 TEST_F(ColladaReaderTest, TextureSetsAreTakenWhenTheyTellInputsApart)
 {
-    struct Row
-    {
-        std::vector<std::string> sets; ///< "" for none
-        std::vector<int> expected;     ///< set of each semantic
-    };
-    const std::vector<Row> rows = {
+    // The set attributes, "" for none, and the set of each semantic.
+    const std::pair<std::vector<std::string>, std::vector<int>> rows[] = {
         {{"3", "1"}, {3, 1}}, {{"", "1"}, {0, 1}}, {{"1", "1"}, {0, 1}}, {{"0", "8"}, {0, 1}}};
-    for (const Row& row : rows)
+    for (const auto& [attributes, expected] : rows)
     {
+        SCOPED_TRACE(::testing::PrintToString(attributes));
         std::string inputs = VERTEX_INPUT;
-        for (const std::string& set : row.sets)
+        for (const std::string& set : attributes)
         {
             inputs += "<input semantic=\"TEXCOORD\" source=\"#uv\" offset=\"1\"" +
                       (set.empty() ? "" : " set=\"" + set + "\"") + "/>";
         }
         readFine(quad("<triangles>" + inputs + "</triangles>"));
         std::vector<int> sets;
-        for (const scene::StreamMapping& mapping : getMappings(getMesh("quad"), 0))
+        for (const scene::StreamMapping& mapping :
+             getMesh("quad")->getPrimitive(0)->getStreamMapping())
         {
             sets.push_back(mapping.getSemantic() - scene::TEXCOORD);
         }
         sets.erase(sets.begin()); // VERTEX
-        EXPECT_EQ(sets, row.expected);
+        EXPECT_EQ(sets, expected);
     }
 }
 
@@ -221,25 +196,18 @@ TEST_F(ColladaReaderTest, NodesKeepTheirTransformationsInOrder)
 
 TEST_F(ColladaReaderTest, NumbersAreReadAsXmlWritesThem)
 {
-    struct Row
-    {
-        const char* word;
-        float value;
-    };
     constexpr float INF = std::numeric_limits<float>::infinity();
-    const std::vector<Row> rows = {{"+1.5", 1.5F},  {"-.5", -0.5F},  {"1.", 1.0F},
-                                   {"1E2", 100.0F}, {"1e-60", 0.0F}, {"1e-400", 0.0F},
-                                   {"INF", INF},    {"-INF", -INF},  {"1e-40", 1e-40F}};
-    for (const Row& row : rows)
+    const std::pair<std::string, float> rows[] = {
+        {"+1.5", 1.5F},   {"-.5", -0.5F}, {"1.", 1.0F},   {"1E2", 100.0F},  {"1e-60", 0.0F},
+        {"1e-400", 0.0F}, {"INF", INF},   {"-INF", -INF}, {"1e-40", 1e-40F}};
+    for (const auto& [word, value] : rows)
     {
-        SCOPED_TRACE(row.word);
+        SCOPED_TRACE(word);
         readFine("<library_geometries><geometry id=\"g\"><mesh><source id=\"s\"><float_array>" +
-                 std::string(row.word) +
-                 "\tNaN</float_array></source></mesh></geometry>"
-                 "</library_geometries>");
+                 word + "\tNaN</float_array></source></mesh></geometry></library_geometries>");
         const std::vector<float> data = getMesh("g")->getStream("s")->getData();
         ASSERT_EQ(data.size(), 2U);
-        EXPECT_EQ(data[0], row.value);
+        EXPECT_EQ(data[0], value);
         EXPECT_TRUE(std::isnan(data[1]));
     }
 }
@@ -328,8 +296,8 @@ TEST_F(ColladaReaderTest, MaterialsHaveTheParametersOfTheirEffect)
 TEST_F(ColladaReaderTest, InstancesBindTheirMaterialsOrTheDefault)
 {
     readFine(EFFECTS_AND_MATERIALS +
-             quad("<triangles material=\"a\">" + std::string(VERTEX_INPUT) + "</triangles>" +
-                  "<triangles>" + VERTEX_INPUT + "</triangles>") +
+             quad("<triangles material=\"a\">" + VERTEX_INPUT + "</triangles>" + "<triangles>" +
+                  VERTEX_INPUT + "</triangles>") +
              visualScene("<node id=\"n\"><instance_geometry url=\"#quad\"><bind_material>"
                          "<technique_common><instance_material symbol=\"a\" target=\"#mine\"/>"
                          "</technique_common></bind_material></instance_geometry>"
@@ -358,7 +326,7 @@ TEST_F(ColladaReaderTest, SkinsDeformTheGeometryAtTheEndOfTheChain)
         "<input semantic=\"JOINT\" source=\"#joints\" offset=\"1\"/>"
         "<vcount>2 1 0 1</vcount><v>0 0 1 1 2 1 2 -1</v></vertex_weights></skin></controller>"
         "<controller id=\"morph\"><morph source=\"#quad\"/></controller></library_controllers>" +
-        quad("<triangles>" + std::string(VERTEX_INPUT) + "</triangles>") +
+        quad(triangleList("")) +
         visualScene("<node id=\"hip\"/><node id=\"n\"><instance_controller url=\"#skin\">"
                     "<skeleton> #hip </skeleton></instance_controller></node>"));
     EXPECT_THAT(result.warnings, ElementsAre(HasSubstr("no INV_BIND_MATRIX input"),
@@ -469,22 +437,15 @@ TEST_F(ColladaReaderTest, ListenersFindTheNodesThatTheyHearOf)
 TEST_F(ColladaReaderTest, AnyDepthAndWidthIsRead)
 {
     constexpr int SIZE = 100000;
-    std::string deep;
     std::string wide;
-    std::string animations = "<library_animations>";
-    for (int i = 0; i < SIZE; ++i)
+    for (int i = 0; i < SIZE / 5; ++i)
     {
-        const std::string id = std::to_string(i);
-        deep += "<node>";
-        wide += i % 5 == 0 ? "<node id=\"n" + id + "\"/>" : "";
-        animations += "<animation>";
+        wide += "<node id=\"n" + std::to_string(i) + "\"/>";
     }
-    for (int i = 0; i < SIZE; ++i)
-    {
-        deep += "</node>";
-        animations += "</animation>";
-    }
-    readFine(animations + "</library_animations>" + visualScene(deep + wide));
+    const auto nest = [](const std::string& element)
+    { return repeat(SIZE, "<" + element + ">") + repeat(SIZE, "</" + element + ">"); };
+    readFine("<library_animations>" + nest("animation") + "</library_animations>" +
+             visualScene(nest("node") + wide));
     EXPECT_EQ(m_scene->getNodeArray().size(), SIZE + SIZE / 5 + 1U);
 }
 } // namespace velmoran::examples::test

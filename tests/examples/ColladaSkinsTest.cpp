@@ -4,16 +4,10 @@
 #include "scene/deform/InstanceController.h"
 #include "scene/deform/Skin.h"
 
-#include <boost/make_shared.hpp>
-
 namespace velmoran::examples::test
 {
 namespace
 {
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-
 /// A controller "skin" of the quad whose joints are the words in `names`, one for each vertex.
 std::string skin(const std::string& names, int count, const std::string& kind = "Name_array")
 {
@@ -22,7 +16,7 @@ std::string skin(const std::string& names, int count, const std::string& kind = 
     {
         matrices += "1 0 0 " + std::to_string(i) + " 0 1 0 0 0 0 1 0 0 0 0 1 ";
     }
-    return quad("<triangles>" + std::string(VERTEX_INPUT) + "</triangles>") +
+    return quad(triangleList("")) +
            "<library_controllers><controller id=\"skin\"><skin source=\"#quad\">"
            "<source id=\"joints\"><" +
            kind + ">" + names + "</" + kind + "></source>" + source("ibm", count, 16, matrices) +
@@ -87,14 +81,7 @@ TEST_F(ColladaSkinsTest, ScopedNamesAreLookedForBelowTheSkeletonsBreadthFirst)
 
 TEST_F(ColladaSkinsTest, NamesMayBeIDsOrPathsAndStayWhenTheyLeadNowhere)
 {
-    struct Row
-    {
-        const char* kind;
-        const char* names;
-        std::vector<std::string> joints;
-        const char* missing;
-    };
-    const std::vector<Row> rows = {
+    const std::tuple<std::string, std::string, std::vector<std::string>, std::string> rows[] = {
         // A scoped ID goes before an ID, wherever the latter stands.
         {"Name_array", "a hip foot arm", {"top", "hip", "leg", "arm"}, ""},
         {"Name_array",
@@ -112,24 +99,18 @@ TEST_F(ColladaSkinsTest, NamesMayBeIDsOrPathsAndStayWhenTheyLeadNowhere)
          {"top/a", "gone/a", "hip", "./foot/foot"},
          "3 of its 4 joints name no node: \"top/a\", \"gone/a\", \"./foot/foot\""},
     };
-    for (const Row& row : rows)
+    for (const auto& [kind, names, joints, missing] : rows)
     {
-        SCOPED_TRACE(std::string(row.kind) + ": " + row.names);
+        SCOPED_TRACE(kind + ": " + names);
         const ReadResult result = readFine(
-            skin(row.names, 4, row.kind) +
+            skin(names, 4, kind) +
             visualScene("<node id=\"foot\"/><node id=\"top\" sid=\"a\"><node id=\"hip\" "
                         "sid=\"bent\"><node id=\"leg\" sid=\"foot\"/></node></node>"
                         "<node id=\"arm\"><node id=\"sole\" sid=\"foot\"/></node><node id=\"n\">" +
                         instance(skeleton("top")) + "</node>"));
-        EXPECT_THAT(getJoints("n"), ::testing::ElementsAreArray(row.joints));
-        if (*row.missing == '\0')
-        {
-            EXPECT_THAT(result.warnings, IsEmpty());
-        }
-        else
-        {
-            EXPECT_THAT(result.warnings, ElementsAre(HasSubstr(row.missing)));
-        }
+        EXPECT_THAT(getJoints("n"), ::testing::ElementsAreArray(joints));
+        EXPECT_EQ(result.warnings.size(), missing.empty() ? 0U : 1U);
+        EXPECT_THAT(result.warnings, ::testing::Each(HasSubstr(missing)));
     }
 }
 

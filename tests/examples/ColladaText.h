@@ -14,7 +14,6 @@
 #include <boost/make_shared.hpp>
 #include <boost/pointer_cast.hpp>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
@@ -22,9 +21,25 @@
 // Pieces of documents, and a scene to read them into.
 namespace velmoran::examples::test
 {
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::Pair;
+
 inline std::string document(const std::string& body)
 {
     return "<COLLADA version=\"1.4.1\">\n" + body + "\n</COLLADA>";
+}
+
+inline std::string repeat(int count, const std::string& text)
+{
+    std::string result;
+    for (int i = 0; i < count; ++i)
+    {
+        result += text;
+    }
+    return result;
 }
 
 inline std::string visualScene(const std::string& nodes)
@@ -61,7 +76,13 @@ inline std::string quad(const std::string& primitives)
 }
 
 /// The input that the primitives of `quad` need.
-constexpr const char* VERTEX_INPUT = "<input semantic=\"VERTEX\" source=\"#v\" offset=\"0\"/>";
+inline const std::string VERTEX_INPUT = "<input semantic=\"VERTEX\" source=\"#v\" offset=\"0\"/>";
+
+/// A list of triangles of `quad`.
+inline std::string triangleList(const std::string& indices)
+{
+    return "<triangles>" + VERTEX_INPUT + "<p>" + indices + "</p></triangles>";
+}
 
 class ColladaTest : public ::testing::Test
 {

@@ -8,7 +8,6 @@ namespace velmoran::examples::test
 {
 namespace
 {
-using ::testing::ElementsAre;
 using Corners = std::array<Eigen::Vector3d, 3>;
 
 const Eigen::Vector3d RED(1.0, 0.0, 0.0);
@@ -85,12 +84,11 @@ TEST_F(ColladaTest, PicturesShowScenesFromTheFrontSideBySide)
     Picture picture;
     for (const std::size_t axis : {0U, 1U, 2U})
     {
-        readFine(
-            std::string("<asset><up_axis>") + axes[axis] + "</up_axis></asset>" +
-            quad("<triangles>" + std::string(VERTEX_INPUT) + "<p>0 1 2 0 2 3</p></triangles>") +
-            visualScene("<node>" + turns[axis] +
-                        "<scale>1 4 1</scale><instance_geometry "
-                        "url=\"#quad\"/></node>"));
+        readFine(std::string("<asset><up_axis>") + axes[axis] + "</up_axis></asset>" +
+                 quad(triangleList("0 1 2 0 2 3")) +
+                 visualScene("<node>" + turns[axis] +
+                             "<scale>1 4 1</scale><instance_geometry "
+                             "url=\"#quad\"/></node>"));
         picture.add(m_scene);
     }
     readFine(visualScene("<node/>"));
