@@ -1,62 +1,45 @@
-#include "examples/collada/ColladaReader.h"
 #include "examples/generator/Body.h"
 #include "examples/generator/Document.h"
 #include "examples/generator/ExampleDocuments.h"
 #include "examples/generator/Shapes.h"
-#include "scene/deform/Controller.h"
-#include "scene/deform/InstanceController.h"
-#include "scene/deform/Skin.h"
-#include "scene/geometry/GeometryManager.h"
-#include "scene/geometry/Stream.h"
 #include "scene/graph/ITransformation.h"
-#include "scene/graph/Node.h"
-#include "scene/manager/SceneManager.h"
+#include "tests/examples/ToolFiles.h"
 
-#include <Eigen/Core>
-#include <boost/make_shared.hpp>
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <locale>
 #include <numeric>
 #include <set>
-#include <string>
 
 namespace velmoran::generator
 {
 namespace
 {
-std::string readFile(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
+using examples::test::exampleDocument;
+using ::testing::ElementsAre;
 
-std::string dataPath(const std::string& fileName)
+/// A document of the repository, which is read without a warning.
+scene::SceneManagerPtr readExample(const std::string& fileName)
 {
-    return std::string(VELMORAN_SOURCE_DIR) + "/examples/data/" + fileName;
+    const auto scene = boost::make_shared<scene::SceneManager>(core::event::EventManagerPtr());
+    const auto read = examples::ColladaReader().readFile(exampleDocument(fileName), scene);
+    EXPECT_TRUE(read.ok) << read.error;
+    EXPECT_TRUE(read.warnings.empty());
+    return scene;
 }
 
 /// Each edge belongs to two triangles, which run through it in opposite directions.
 bool isClosed(const Surface& surface)
 {
     std::set<std::pair<int, int>> edges;
+    std::set<std::pair<int, int>> reversed;
     for (const Corners& t : surface.triangles)
     {
         for (std::size_t i = 0; i < 3; ++i)
         {
-            if (!edges.emplace(t[i], t[(i + 1) % 3]).second)
-            {
-                return false;
-            }
+            edges.emplace(t[i], t[(i + 1) % 3]);
+            reversed.emplace(t[(i + 1) % 3], t[i]);
         }
     }
-    return std::all_of(edges.begin(), edges.end(),
-                       [&](const std::pair<int, int>& edge) {
-                           return edges.count({edge.second, edge.first}) == 1;
-                       });
+    return edges.size() == 3 * surface.triangles.size() && edges == reversed;
 }
 
 /// Triangles whose front does not look where the normals of their corners point.
@@ -102,7 +85,7 @@ TEST(Generator, CommittedDocumentsAreWhatItWritesInAnyLocale)
     for (const ExampleDocument& document : documents)
     {
         // Not EXPECT_EQ, which would print half a megabyte.
-        EXPECT_TRUE(document.text == readFile(dataPath(document.fileName)))
+        EXPECT_TRUE(document.text == examples::test::readFile(exampleDocument(document.fileName)))
             << document.fileName << " is not up to date; see examples/data/README.md";
         EXPECT_LT(document.text.size(), 600000U) << document.fileName;
     }
@@ -195,10 +178,7 @@ TEST(Generator, ShapesEncloseTheirVolumeAndTheirNormalsLookOutwards)
 
 TEST(Generator, RoomHoldsWhatItPromises)
 {
-    const auto scene = boost::make_shared<scene::SceneManager>(core::event::EventManagerPtr());
-    const auto read = examples::ColladaReader().readFile(dataPath("room.dae"), scene);
-    ASSERT_TRUE(read.ok) << read.error;
-    EXPECT_TRUE(read.warnings.empty());
+    const scene::SceneManagerPtr scene = readExample("room.dae");
     const scene::NodePtr bulb = scene->getNodeByID("lamp-bulb");
     ASSERT_TRUE(bulb);
     EXPECT_EQ(bulb->getParent()->getID(), "lamp");
@@ -210,8 +190,7 @@ TEST(Generator, RoomHoldsWhatItPromises)
     {
         sids.push_back(transformation->getSid());
     }
-    EXPECT_EQ(sids,
-              (std::vector<std::string>{"translate", "rotateZ", "rotateY", "rotateX", "scale"}));
+    EXPECT_THAT(sids, ElementsAre("translate", "rotateZ", "rotateY", "rotateX", "scale"));
 }
 
 // At rest each joint's world matrix undoes its inverse bind matrix, so that the skin
@@ -221,36 +200,27 @@ TEST(Generator, AvatarsAreBoundToTheirSkeletonsAtRest)
     for (const char* fileName : {"avatar.dae", "avatar_tall.dae"})
     {
         SCOPED_TRACE(fileName);
-        const auto scene = boost::make_shared<scene::SceneManager>(core::event::EventManagerPtr());
-        const auto read = examples::ColladaReader().readFile(dataPath(fileName), scene);
-        ASSERT_TRUE(read.ok) << read.error;
-        EXPECT_TRUE(read.warnings.empty());
-        ASSERT_TRUE(scene->getGeometryManager()->getGeometry("human-template-lib"));
-        const scene::NodePtr node = scene->getNodeByID("human-template");
-        ASSERT_TRUE(node);
-        const auto instance = node->getInstanceController(0);
-        ASSERT_TRUE(instance);
-        EXPECT_EQ(instance->getSkeletons(), std::vector<std::string>{"sacrum"});
-        const scene::SkinPtr skin = instance->getController()->getSkin();
-        ASSERT_TRUE(skin);
-        EXPECT_EQ(skin->getSourceGeometry()->getID(), "human-template-lib");
-
-        const std::vector<std::string> joints = skin->getJointsInput("JOINT")->getNameList();
-        const std::vector<float>& matrices = skin->getJointsInput("INV_BIND_MATRIX")->getData();
-        ASSERT_GE(joints.size(), 15U);
-        EXPECT_EQ(joints[0], "sacrum");
-        ASSERT_EQ(matrices.size(), 16 * joints.size());
-        for (std::size_t i = 0; i < joints.size(); ++i)
+        readExample(fileName);
+        const std::string file = exampleDocument(fileName);
+        const auto facts = examples::test::runJson({"info", file});
+        const auto skins = examples::test::runJson({"skin", file})["skinned"];
+        ASSERT_EQ(skins.size(), 1U);
+        examples::test::expectHolds(skins[0],
+                                    R"({"node": "human-template", "skeletons": ["sacrum"]})");
+        EXPECT_LT(skins[0]["rest"]["with_node_world"]["largest_displacement"].get<double>(), 1e-5);
+        const auto& skin = facts["controllers"][0];
+        EXPECT_EQ(skin["source"], "human-template-lib");
+        EXPECT_EQ(skin["joints"][0], "sacrum");
+        EXPECT_GE(skin["joint_count"].get<int>(), 15);
+        // Nodes have the names of joints both as their IDs and as their SIDs.
+        EXPECT_EQ(skins[0]["joint_nodes"], skin["joints"]);
+        EXPECT_EQ(facts["counts"]["joint_nodes_expanded"], skin["joint_count"]);
+        std::size_t named = 0;
+        for (const auto& node : facts["node_tree"])
         {
-            const scene::NodePtr joint = scene->getNodeByID(joints[i]);
-            ASSERT_TRUE(joint) << joints[i];
-            EXPECT_EQ(joint->getType(), "JOINT");
-            EXPECT_EQ(joint->getSID(), joints[i]);
-            const Eigen::Map<const Eigen::Matrix<float, 4, 4, Eigen::RowMajor>> inverse(
-                &matrices[16 * i]);
-            const Eigen::Matrix4f product = joint->getCombinedTransformations() * inverse;
-            EXPECT_TRUE(product.isIdentity(1e-4F)) << joints[i] << '\n' << product;
+            named += node["type"] == "JOINT" && node["sid"] == node["id"] ? 1U : 0U;
         }
+        EXPECT_EQ(skin["joint_count"], named);
     }
 }
 } // namespace velmoran::generator

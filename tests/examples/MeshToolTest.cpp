@@ -1,24 +1,15 @@
 #include "tests/examples/ToolFiles.h"
 
-#include <cmath>
-#include <map>
-#include <sstream>
-
 // Refining and measuring meshes, and keeping their polygons.
 namespace velmoran::examples::test
 {
 namespace
 {
-using nlohmann::json;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
-
 /// The square of side 1 as a polygon, below a node that is turned by a right angle about z and
 /// moved; and half of it once more as a triangle.
 std::string square(const std::string& extra = "")
 {
-    return quad("<polylist material=\"paint\">" + std::string(VERTEX_INPUT) +
+    return quad("<polylist material=\"paint\">" + VERTEX_INPUT +
                 "<vcount>4</vcount><p>0 1 2 3</p></polylist><triangles>" + VERTEX_INPUT +
                 "<p>0 1 2</p></triangles>") +
            extra +
@@ -55,36 +46,28 @@ using MeshTool = ToolFolder;
 TEST_F(MeshTool, TellsTrianglesAndAreasOfEveryPrimitive)
 {
     const std::string file = write("square.dae", square());
-    const json result = runJson({"mesh", file.c_str()});
-    ASSERT_EQ(result["geometries"].size(), 1U);
-    const json& geometry = result["geometries"][0];
-    EXPECT_EQ(geometry["id"], "quad");
-    EXPECT_EQ(geometry["skin"], nullptr);
-    EXPECT_EQ(geometry["subdivision_seconds"], nullptr);
-    EXPECT_EQ(geometry["primitives"], json::parse(R"([
-        {"kind": "triangles", "material": "paint", "triangles_before": 2, "triangles_after": 2,
-         "area_before": 1.0, "area_after": 1.0},
-        {"kind": "triangles", "material": "velmoran_material", "triangles_before": 1,
-         "triangles_after": 1, "area_before": 0.5, "area_after": 0.5}])"));
+    const json result = runJson({"mesh", file});
+    EXPECT_EQ(result["geometries"], json::parse(R"([{"id": "quad", "name": "Quad", "skin": null,
+        "subdivision_seconds": null, "normals_seconds": null, "triangles_before": 3,
+        "triangles_after": 3, "area_before": 1.5, "area_after": 1.5, "primitives": [
+            {"kind": "triangles", "material": "paint", "triangles_before": 2,
+             "triangles_after": 2, "area_before": 1.0, "area_after": 1.0},
+            {"kind": "triangles", "material": "velmoran_material", "triangles_before": 1,
+             "triangles_after": 1, "area_before": 0.5, "area_after": 0.5}]}])"));
     EXPECT_EQ(result["totals"]["area_after"], 1.5);
-    const Outcome text = run({"mesh", file.c_str(), "--normals"});
+    const Outcome text = run({"mesh", file, "--normals"});
     EXPECT_THAT(text.out, HasSubstr("square.dae, normals computed anew\n"));
     EXPECT_THAT(text.out, HasSubstr("    triangles paint                      2     1\n"));
 }
 
 TEST_F(MeshTool, SubdivisionQuadruplesTrianglesAndKeepsTheArea)
 {
-    std::vector<std::string> files = {exampleDocument("room.dae"), exampleDocument("seesaw.dae"),
-                                      exampleDocument("avatar.dae")};
-    for (const SharedDocument& document : wholeSharedDocuments())
-    {
-        files.push_back(document.file);
-    }
+    const auto files = wholeDocuments({"room.dae", "seesaw.dae", "avatar.dae"});
     for (const std::string& file : files)
     {
-        expectRefined(file, runJson({"mesh", file.c_str(), "--subdivide", "1", "--normals"}));
+        expectRefined(file, runJson({"mesh", file, "--subdivide", "1", "--normals"}));
     }
-    const json twice = runJson({"mesh", files[0].c_str(), "--subdivide", "2"})["totals"];
+    const json twice = runJson({"mesh", files[0], "--subdivide", "2"})["totals"];
     EXPECT_EQ(twice["triangles_after"].get<int>(), 16 * twice["triangles_before"].get<int>());
 }
 
@@ -92,39 +75,24 @@ TEST_F(MeshTool, SkinsAreRefinedAlong)
 {
     const std::string avatar = exampleDocument("avatar.dae");
     const std::string obj = path("fine.obj");
-    const Outcome outcome = run({"mesh", avatar.c_str(), "--subdivide", "1", "--obj", obj.c_str()});
+    const Outcome outcome = run({"mesh", avatar, "--subdivide", "1", "--obj", obj});
     ASSERT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.err, IsEmpty()) << "the skin has all its lists";
     EXPECT_THAT(outcome.out, HasSubstr("  human-template-lib, skin "));
     // The skin leaves the body at rest where it is bound, midpoints included.
     const std::string coarse = path("coarse.obj");
-    run({"skin", avatar.c_str(), "--obj", coarse.c_str()});
-    const auto countPoints = [this](const char* name)
-    {
-        std::istringstream in(readFile(name));
-        std::pair<int, double> found; // the number, and the height of the highest
-        for (std::string line; std::getline(in, line);)
-        {
-            double x = 0.0;
-            double y = 0.0;
-            if (line.rfind("v ", 0) == 0 && std::istringstream(line.substr(2)) >> x >> y)
-            {
-                ++found.first;
-                found.second = std::max(found.second, y);
-            }
-        }
-        return found;
-    };
-    EXPECT_GT(countPoints("fine.obj").first, 3 * countPoints("coarse.obj").first);
-    EXPECT_NEAR(countPoints("fine.obj").second, countPoints("coarse.obj").second, 1e-5);
+    run({"skin", avatar, "--obj", coarse});
+    const Points points = readPoints(coarse);
+    const Points refined = readPoints(obj);
+    EXPECT_GT(refined.cols(), 3 * points.cols());
+    EXPECT_NEAR(refined.row(1).maxCoeff(), points.row(1).maxCoeff(), 1e-5);
 }
 
 TEST_F(MeshTool, KeptPolygonsAreToldOfAndWrittenButNotEdited)
 {
     const std::string file = write("square.dae", square());
-    const std::string obj = path("square.obj");
-    const Outcome outcome = run({"mesh", file.c_str(), "--keep-polygons", "--subdivide", "1",
-                                 "--normals", "--obj", obj.c_str()});
+    const Outcome outcome = run({"mesh", file, "--keep-polygons", "--subdivide", "1", "--normals",
+                                 "--obj", path("square.obj")});
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.err, HasSubstr("\"quad\" has polygons, which can't be edited"));
     EXPECT_THAT(outcome.out, HasSubstr("    polygons paint                       2     1\n"));
@@ -133,16 +101,16 @@ TEST_F(MeshTool, KeptPolygonsAreToldOfAndWrittenButNotEdited)
     EXPECT_THAT(readFile("square.obj"), HasSubstr("\nf 1 2 3 4\n"));
     EXPECT_THAT(readFile("square.obj"), HasSubstr("\nf 1 2 3\n"));
 
-    const json facts = runJson({"info", file.c_str(), "--keep-polygons"});
+    const json facts = runJson({"info", file, "--keep-polygons"});
     EXPECT_EQ(facts["totals"]["faces_by_kind"], json::parse(R"({"polygons": 1, "triangles": 1})"));
     EXPECT_EQ(facts["totals"]["triangles"], 3);
-    EXPECT_THAT(run({"info", file.c_str(), "--keep-polygons"}).out,
+    EXPECT_THAT(run({"info", file, "--keep-polygons"}).out,
                 HasSubstr("  quad              4          3         1  (0, 0, 0)"));
 
     for (const auto& [document, reference] : wholeSharedDocuments())
     {
         SCOPED_TRACE(document);
-        const json kept = runJson({"info", document.c_str(), "--keep-polygons"})["totals"];
+        const json kept = runJson({"info", document, "--keep-polygons"})["totals"];
         const json& faces = reference["totals"]["faces_by_kind"];
         EXPECT_EQ(kept["triangles"], reference["totals"]["triangles"]);
         EXPECT_EQ(kept["faces_by_kind"].value("polygons", 0),
@@ -156,15 +124,15 @@ TEST_F(MeshTool, WarnsWhereOnlyOneOfSeveralSkinsIsRefined)
     const std::string file =
         write("two.dae", square("<library_controllers><controller id=\"a\">" + skin +
                                 "<controller id=\"b\">" + skin + "</library_controllers>"));
-    EXPECT_THAT(run({"mesh", file.c_str(), "--subdivide", "1"}).err,
+    EXPECT_THAT(run({"mesh", file, "--subdivide", "1"}).err,
                 HasSubstr("\"quad\" has 2 skins, of which only the first is refined along"));
-    EXPECT_THAT(run({"mesh", file.c_str(), "--normals"}).err, Not(HasSubstr("skins")));
+    EXPECT_THAT(run({"mesh", file, "--normals"}).err, Not(HasSubstr("skins")));
 }
 
 TEST_F(MeshTool, BoundsAreThoseOfTheLibrary)
 {
     const std::string file = write("square.dae", square());
-    const json bounds = runJson({"bounds", file.c_str(), "--keep-polygons"});
+    const json bounds = runJson({"bounds", file, "--keep-polygons"});
     const json own = json::parse(R"({"min": [0.0, 0.0, 0.0], "max": [1.0, 1.0, 0.0],
                                      "center": [0.5, 0.5, 0.0]})");
     const json& geometry = bounds["geometries"][0];
@@ -178,66 +146,46 @@ TEST_F(MeshTool, BoundsAreThoseOfTheLibrary)
     EXPECT_NEAR(bounds["nodes"][1]["min"][0].get<double>(), 5.0, 1e-6);
     EXPECT_NEAR(bounds["nodes"][1]["max"][0].get<double>(), 4.0, 1e-6);
     EXPECT_NEAR(bounds["scene"]["max"][1].get<double>(), 1.0, 1e-6);
-    EXPECT_THAT(run({"bounds", file.c_str()}).out,
+    EXPECT_THAT(run({"bounds", file}).out,
                 HasSubstr("  quad                           (0, 0, 0)  (1, 1, 0)  (1, 1, 0)\n"));
 
     const std::string nothing = write("nothing.dae", visualScene("<node id=\"n\"/>"));
-    EXPECT_EQ(runJson({"bounds", nothing.c_str()})["scene"], nullptr);
-    EXPECT_THAT(run({"bounds", nothing.c_str()}).out, HasSubstr("Scene       empty\n"));
+    EXPECT_EQ(runJson({"bounds", nothing})["scene"], nullptr);
+    EXPECT_THAT(run({"bounds", nothing}).out, HasSubstr("Scene       empty\n"));
 }
 
 TEST_F(MeshTool, PhysicsIsCounted)
 {
     const std::string seesaw = exampleDocument("seesaw.dae");
-    const json facts = runJson({"info", seesaw.c_str()});
-    const std::map<std::string, int> expected = {
-        {"physics_materials", 2},      {"physics_models", 1},
-        {"rigid_bodies", 5},           {"dynamic_rigid_bodies", 3},
-        {"physics_shapes", 5},         {"rigid_constraints", 1},
-        {"physics_scenes", 1},         {"instance_rigid_body", 5},
-        {"instance_physics_scene", 1}, {"instance_rigid_constraint", 1},
-        {"instance_physics_model", 1}};
-    for (const auto& [key, count] : expected)
-    {
-        EXPECT_EQ(facts["counts"][key], count) << key;
-    }
-    EXPECT_EQ(facts["ids"]["physics_scenes"], json::parse(R"(["yard-physics"])"));
+    const json facts = runJson({"info", seesaw});
+    expectHolds(facts, R"({"counts": {"physics_materials": 2, "physics_models": 1,
+        "rigid_bodies": 5, "dynamic_rigid_bodies": 3, "physics_shapes": 5, "rigid_constraints": 1,
+        "physics_scenes": 1, "instance_rigid_body": 5, "instance_physics_scene": 1,
+        "instance_rigid_constraint": 1, "instance_physics_model": 1},
+        "ids": {"physics_scenes": ["yard-physics"]}})");
     EXPECT_EQ(facts["geometries"][2]["convex_hull_of"], "block");
-    EXPECT_THAT(run({"info", seesaw.c_str()}).out,
+    EXPECT_THAT(run({"info", seesaw}).out,
                 HasSubstr("Physics  2 materials; 1 model of 5 bodies (3 dynamic), 5 shapes, 1 "
                           "constraint; 1 scene of 5 bodies\n"));
     const std::string room = exampleDocument("room.dae");
-    EXPECT_THAT(run({"info", room.c_str()}).out, Not(HasSubstr("Physics")));
-    EXPECT_THAT(run({"merge", room.c_str(), seesaw.c_str()}).out,
+    EXPECT_THAT(run({"info", room}).out, Not(HasSubstr("Physics")));
+    EXPECT_THAT(run({"merge", room, seesaw}).out,
                 HasSubstr("not merged  1 physics model, 1 physics scene ("));
 }
 
 TEST_F(MeshTool, WrongUseIsRefused)
 {
     const std::string file = write("square.dae", square());
-    const std::string nothing = write("nothing.dae", visualScene(""));
-    const std::string room = exampleDocument("room.dae");
-    const std::string gone = path("gone.dae");
-    struct Row
-    {
-        std::vector<const char*> arguments;
-        int status;
-        const char* message;
-    };
-    const std::vector<Row> rows = {
-        {{"mesh", file.c_str(), "--subdivide", "13"}, 2, "--subdivide"},
-        {{"mesh", file.c_str(), "--subdivide", "-1"}, 2, "--subdivide"},
-        {{"mesh", file.c_str(), "--obj", file.c_str()}, 2, "would write over"},
-        {{"mesh", file.c_str(), "--obj", "x.obj", "--json"}, 2, "--json"},
-        {{"mesh", room.c_str(), "--subdivide", "9"}, 1, "would make more than 64000000 triangles"},
-        {{"mesh", nothing.c_str()}, 1, "holds no mesh"},
-        {{"bounds", gone.c_str()}, 1, "can't be read"},
-    };
-    for (const Row& row : rows)
-    {
-        const Outcome outcome = run(row.arguments);
-        EXPECT_EQ(outcome.status, row.status) << outcome.err;
-        EXPECT_THAT(outcome.err, HasSubstr(row.message));
-    }
+    expectRefused({
+        {{"mesh", file, "--subdivide", "13"}, 2, "--subdivide"},
+        {{"mesh", file, "--subdivide", "-1"}, 2, "--subdivide"},
+        {{"mesh", file, "--obj", file}, 2, "would write over"},
+        {{"mesh", file, "--obj", "x.obj", "--json"}, 2, "--json"},
+        {{"mesh", exampleDocument("room.dae"), "--subdivide", "9"},
+         1,
+         "would make more than 64000000 triangles"},
+        {{"mesh", write("nothing.dae", visualScene(""))}, 1, "holds no mesh"},
+        {{"bounds", path("gone.dae")}, 1, "can't be read"},
+    });
 }
 } // namespace velmoran::examples::test

@@ -1,5 +1,6 @@
-#include "examples/scenetool/MeshInputs.h"
 #include "examples/scenetool/ScenePicker.h"
+#include "scene/geometry/IPrimitive.h"
+#include "scene/geometry/Vertex.h"
 #include "tests/examples/ToolFiles.h"
 
 #include <Eigen/Geometry>
@@ -13,9 +14,6 @@ namespace velmoran::examples::test
 {
 namespace
 {
-using nlohmann::json;
-using ::testing::HasSubstr;
-
 constexpr double NOTHING = std::numeric_limits<double>::infinity();
 
 /// The triangles of a scene in world space, each tested for every ray.
@@ -72,22 +70,18 @@ private:
     {
         for (const scene::IMeshPrimitivePtr& primitive : mesh->getMeshPrimitives())
         {
-            const MeshInput positions = findMeshInputs(*mesh, *primitive).position;
-            visitFaces(*primitive,
-                       [&](const MeshFace& face)
-                       {
-                           FaceTuples tuples;
-                           ASSERT_TRUE(pickTuples(positions, face, tuples));
-                           std::array<Eigen::Vector3d, 3> corners;
-                           for (std::size_t i = 0; i < corners.size(); ++i)
-                           {
-                               corners[i] =
-                                   (world * positions.tuple(tuples[i]).homogeneous()).head<3>();
-                               m_box.extend(corners[i]);
-                           }
-                           m_triangles.push_back(
-                               {corners[0], corners[1] - corners[0], corners[2] - corners[0]});
-                       });
+            for (const scene::IPrimitivePtr& face : primitive->getPrimitives())
+            {
+                std::vector<Eigen::Vector3d> corners;
+                for (const scene::VertexPtr& vertex : face->getVertexArray())
+                {
+                    const auto p = vertex->getPositionVector();
+                    corners.push_back((world * Eigen::Vector4d(p[0], p[1], p[2], 1.0)).head<3>());
+                    m_box.extend(corners.back());
+                }
+                m_triangles.push_back(
+                    {corners[0], corners[1] - corners[0], corners[2] - corners[0]});
+            }
         }
     }
 
@@ -98,7 +92,7 @@ private:
 /// Two squares one behind the other, the far one through a node, and a slanted triangle.
 std::string squares()
 {
-    return quad("<triangles>" + std::string(VERTEX_INPUT) + "<p>0 1 2 0 2 3</p></triangles>") +
+    return quad(triangleList("0 1 2 0 2 3")) +
            visualScene("<node><instance_geometry url=\"#quad\"/></node><node><translate>0 0 -3"
                        "</translate><scale>4 4 1</scale><instance_geometry url=\"#quad\"/></node>");
 }
@@ -157,10 +151,8 @@ protected:
         }
         const auto text = [](const Eigen::Vector3d& v)
         { return json(v.x()).dump() + ',' + json(v.y()).dump() + ',' + json(v.z()).dump(); };
-        const std::string from = text(origin);
-        const std::string to = text(direction);
         const json answer =
-            runJson({"pick", file.c_str(), "--origin", from.c_str(), "--direction", to.c_str()});
+            runJson({"pick", file, "--origin", text(origin), "--direction", text(direction)});
         ASSERT_EQ(answer["hit"].is_null(), !pick);
         if (pick)
         {
@@ -174,8 +166,7 @@ protected:
 TEST_F(PickTool, TellsTheNearestHitOrThatThereIsNone)
 {
     const std::string file = write("squares.dae", squares());
-    const json near =
-        runJson({"pick", file.c_str(), "--origin", "0.75,0.25,5", "--direction", "0,0,-20"});
+    const json near = runJson({"pick", file, "--origin", "0.75,0.25,5", "--direction", "0,0,-20"});
     EXPECT_EQ(near["hit"]["geometry"], "quad");
     EXPECT_EQ(near["hit"]["distance"], 5.0) << "in units of the scene";
     EXPECT_EQ(near["hit"]["point"], json::parse("[0.75, 0.25, 0.0]"));
@@ -183,47 +174,38 @@ TEST_F(PickTool, TellsTheNearestHitOrThatThereIsNone)
               json::parse("[[0.0, 0.0, 0.0], [1.0, 0.0, 0.0], [1.0, 1.0, 0.0]]"));
     EXPECT_GT(near["build_seconds"].get<double>(), 0.0);
 
-    const Outcome far =
-        run({"pick", file.c_str(), "--origin", "2,3,0.5", "--direction", "0,0,-0.001"});
+    const Outcome far = run({"pick", file, "--origin", "2,3,0.5", "--direction", "0,0,-0.001"});
     EXPECT_THAT(far.out, HasSubstr("ray from (2, 3, 0.5) along (0, 0, -0.001)\n"
                                    "  meets \"quad\" at (2, 3, -3), distance 3.5\n"));
     // Above the first square and looking away from both; arguments may begin with a minus.
-    const Outcome away = run({"pick", file.c_str(), "--origin", "-2,3,0.5", "--direction=-1,0,0"});
+    const Outcome away = run({"pick", file, "--origin", "-2,3,0.5", "--direction=-1,0,0"});
     EXPECT_EQ(away.status, 0) << away.err;
     EXPECT_THAT(away.out, HasSubstr("  meets nothing\n"));
     const std::string empty = write("empty.dae", visualScene(""));
-    EXPECT_EQ(runJson({"pick", empty.c_str(), "--origin", "0,0,0", "--direction", "0,0,1"})["hit"],
+    EXPECT_EQ(runJson({"pick", empty, "--origin", "0,0,0", "--direction", "0,0,1"})["hit"],
               nullptr);
 }
 
 TEST_F(PickTool, AgreesWithTestingEveryTriangle)
 {
-    compare(exampleDocument("room.dae"));
-    compare(exampleDocument("seesaw.dae"));
-    for (const SharedDocument& document : wholeSharedDocuments())
+    for (const std::string& file : wholeDocuments({"room.dae", "seesaw.dae"}))
     {
-        compare(document.file);
+        compare(file);
     }
 }
 
 TEST_F(PickTool, WrongUseIsRefused)
 {
     const std::string file = write("squares.dae", squares());
-    const std::vector<std::vector<const char*>> rows = {
-        {"pick", file.c_str(), "--origin", "0,0,0"},
-        {"pick", file.c_str(), "--direction", "0,0,1"},
-        {"pick", file.c_str(), "--origin", "0,0", "--direction", "0,0,1"},
-        {"pick", file.c_str(), "--origin", "0,0,0,", "--direction", "0,0,1"},
-        {"pick", file.c_str(), "--origin", "0,0,0,0", "--direction", "0,0,1"},
-        {"pick", file.c_str(), "--origin", "0,nan,0", "--direction", "0,0,1"},
-        {"pick", file.c_str(), "--origin", "", "--direction", "0,0,1"},
-        {"pick", file.c_str(), "--origin", "0,0,0", "--direction", "0,0,0"},
-    };
-    for (const std::vector<const char*>& row : rows)
-    {
-        const Outcome outcome = run(row);
-        EXPECT_EQ(outcome.status, 2) << row.size();
-        EXPECT_FALSE(outcome.err.empty());
-    }
+    expectRefused({
+        {{"pick", file, "--origin", "0,0,0"}, 2, "--direction is required"},
+        {{"pick", file, "--direction", "0,0,1"}, 2, "--origin is required"},
+        {{"pick", file, "--origin", "0,0", "--direction", "0,0,1"}, 2, "is not X,Y,Z"},
+        {{"pick", file, "--origin", "0,0,0,", "--direction", "0,0,1"}, 2, "is not X,Y,Z"},
+        {{"pick", file, "--origin", "0,0,0,0", "--direction", "0,0,1"}, 2, "is not X,Y,Z"},
+        {{"pick", file, "--origin", "0,nan,0", "--direction", "0,0,1"}, 2, "is not X,Y,Z"},
+        {{"pick", file, "--origin", "", "--direction", "0,0,1"}, 2, "is not X,Y,Z"},
+        {{"pick", file, "--origin", "0,0,0", "--direction", "0,0,0"}, 2, "has no length"},
+    });
 }
 } // namespace velmoran::examples::test

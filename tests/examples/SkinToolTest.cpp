@@ -3,17 +3,12 @@
 #include "tests/examples/ToolFiles.h"
 
 #include <cmath>
-#include <sstream>
 
 namespace velmoran::examples::test
 {
 namespace
 {
 namespace fs = std::filesystem;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
 
 /// A skin of the quad: the first corner goes with "hip", the third with "hand", the second
 /// with half of each, the fourth with nothing. The joints are bound at x = 0 and x = 2.
@@ -49,8 +44,8 @@ const std::string ANIMATION =
 /// than the skin names.
 std::string arm(const std::string& controllers, const std::string& nodes)
 {
-    return quad("<triangles>" + std::string(VERTEX_INPUT) + "<p>0 1 2</p></triangles>") +
-           "<library_controllers>" + controllers + "</library_controllers>" +
+    return quad(triangleList("0 1 2")) + "<library_controllers>" + controllers +
+           "</library_controllers>" +
            visualScene("<node id=\"body\"><translate>0 0 5</translate>" + withSkin("arm") +
                        "</node>" + nodes +
                        "<node id=\"bones\" sid=\"hip\" type=\"JOINT\"><node id=\"bone2\" "
@@ -63,63 +58,37 @@ class SkinTool : public ToolFolder
 protected:
     SkinTool() { moving = write("moving.dae", ANIMATION + arm(skin("arm", "hand"), "")); }
 
-    /// The points of an OBJ file.
-    std::vector<Eigen::Vector3d> readPoints(const std::string& name) const
-    {
-        std::istringstream in(readFile(name));
-        std::vector<Eigen::Vector3d> points;
-        for (std::string line; std::getline(in, line);)
-        {
-            std::istringstream words(line.rfind("v ", 0) == 0 ? line.substr(2) : "");
-            Eigen::Vector3d point;
-            if (words >> point.x() >> point.y() >> point.z())
-            {
-                points.push_back(point);
-            }
-        }
-        return points;
-    }
-
     std::string moving;
     const std::string avatar = exampleDocument("avatar.dae");
     const std::string tall = exampleDocument("avatar_tall.dae");
 };
 
-double largestDistance(const std::vector<Eigen::Vector3d>& a, const std::vector<Eigen::Vector3d>& b)
+double largestDistance(const Points& a, const Points& b)
 {
-    double largest = a.size() == b.size() && !a.empty() ? 0.0 : INFINITY;
-    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i)
-    {
-        largest = std::max(largest, (a[i] - b[i]).norm());
-    }
-    return largest;
+    return a.cols() == b.cols() && a.cols() > 0 ? (a - b).colwise().norm().maxCoeff() : INFINITY;
 }
 } // namespace
 
 TEST_F(SkinTool, SkinTellsOfTheVerticesAtRestAndAtATime)
 {
-    const Json rest = Json::parse(run({"skin", moving.c_str(), "--json"}).out)["skinned"][0];
-    EXPECT_EQ(rest["controller"], "arm");
-    EXPECT_EQ(rest["node"], "body");
-    EXPECT_EQ(rest["skeletons"], Json::parse(R"(["bones"])"));
-    EXPECT_EQ(rest["joints_resolved"], 2);
-    EXPECT_EQ(rest["joint_count"], 2);
-    EXPECT_EQ(rest["joint_nodes"], Json::parse(R"(["bones", "bone2"])"));
-    EXPECT_EQ(rest["node_world_is_identity"], false);
-    EXPECT_EQ(rest["node_world"][2], Json::parse("[0.0, 0.0, 1.0, 5.0]"));
+    const json rest = runJson({"skin", moving})["skinned"][0];
+    expectHolds(rest, R"({"controller": "arm", "node": "body", "skeletons": ["bones"],
+        "joints_resolved": 2, "joint_count": 2, "joint_nodes": ["bones", "bone2"],
+        "node_world_is_identity": false})");
+    EXPECT_EQ(rest["node_world"][2], json::parse("[0.0, 0.0, 1.0, 5.0]"));
     // The last corner has no influences: zeros, where it was bound to (0, 1, 5).
-    EXPECT_EQ(rest["rest"]["with_node_world"], Json::parse(R"({"count": 4,
+    EXPECT_EQ(rest["rest"]["with_node_world"], json::parse(R"({"count": 4,
         "min": [0.0, 0.0, 0.0], "max": [1.0, 1.0, 5.0], "mean": [0.5, 0.25, 3.75],
         "largest_displacement": 5.0990195135927845,
         "vertices": [[0.0, 0.0, 5.0], [1.0, 0.0, 5.0], [1.0, 1.0, 5.0], [0.0, 0.0, 0.0]]})"));
 
-    const Outcome late = run({"skin", moving.c_str(), "--time", "1", "--json"});
-    const Json pose = Json::parse(late.out)["skinned"][0]["animated"][0];
+    const json late = runJson({"skin", moving, "--time", "1"});
+    const json& pose = late["skinned"][0]["animated"][0];
     EXPECT_EQ(pose["time"], 1.0);
     EXPECT_EQ(pose["with_node_world"]["vertices"],
-              Json::parse("[[0.0, 0.0, 5.0], [3.0, 0.0, 5.0], [5.0, 1.0, 5.0], [0.0, 0.0, 0.0]]"));
+              json::parse("[[0.0, 0.0, 5.0], [3.0, 0.0, 5.0], [5.0, 1.0, 5.0], [0.0, 0.0, 0.0]]"));
 
-    const Outcome text = run({"skin", moving.c_str(), "--time", "0.5"});
+    const Outcome text = run({"skin", moving, "--time", "0.5"});
     EXPECT_THAT(text.out, HasSubstr("moving.dae, 0.5 s\n"
                                     "  node \"body\", skin \"arm\": 4 vertices, 2 joints\n"
                                     "    from (0, 0, 0) to (3, 1, 5), mean (1.25, 0.25, 3.75)\n"));
@@ -129,10 +98,9 @@ TEST_F(SkinTool, SkinTellsOfTheVerticesAtRestAndAtATime)
 
 TEST_F(SkinTool, SkinWritesWhatItTells)
 {
-    const std::string obj = path("out.obj");
     const std::string png = path("out.png");
     const Outcome outcome =
-        run({"skin", moving.c_str(), "--time", "1", "--obj", obj.c_str(), "--png", png.c_str()});
+        run({"skin", moving, "--time", "1", "--obj", path("out.obj"), "--png", png});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(readFile("out.obj"), HasSubstr("v 0 0 5\nv 3 0 5\nv 5 1 5\nv 0 0 0\n"));
     EXPECT_EQ(readFile("out.png").substr(0, 8), "\x89PNG\r\n\x1a\n");
@@ -144,45 +112,39 @@ TEST_F(SkinTool, SkinShowsAllSkinsAndWarnsOfMissingJoints)
     const std::string two =
         write("two.dae", arm(skin("arm", "hand") + skin("hook", "gone"),
                              "<node id=\"other\">" + withSkin("hook") + "</node>"));
-    const Outcome outcome = run({"skin", two.c_str(), "--json"});
-    const Json skins = Json::parse(outcome.out)["skinned"];
+    const Outcome outcome = run({"skin", two, "--json"});
+    const json skins = json::parse(outcome.out)["skinned"];
     ASSERT_EQ(skins.size(), 2U);
     EXPECT_EQ(skins[1]["controller"], "hook");
-    EXPECT_EQ(skins[1]["joint_nodes"], Json::parse(R"(["bones", null])"));
+    EXPECT_EQ(skins[1]["joint_nodes"], json::parse(R"(["bones", null])"));
     // Half of the second corner stays with the hip, the third one is lost.
     EXPECT_EQ(skins[1]["rest"]["with_node_world"]["vertices"],
-              Json::parse("[[0.0, 0.0, 0.0], [0.5, 0.0, 0.0], [0.0, 0.0, 0.0], [0.0, 0.0, 0.0]]"));
+              json::parse("[[0.0, 0.0, 0.0], [0.5, 0.0, 0.0], [0.0, 0.0, 0.0], [0.0, 0.0, 0.0]]"));
     EXPECT_THAT(outcome.err, HasSubstr("1 of 2 joints of the skin \"hook\" are not in the scene"));
 }
 
 TEST_F(SkinTool, MorphsBetweenTheAvatarsOfTheRepository)
 {
-    const std::string obj = path("morph.obj");
     const std::string png = path("morph.png");
     const std::string short1 = path("short.obj");
     const std::string tall1 = path("tall.obj");
-    run({"skin", avatar.c_str(), "--obj", short1.c_str()});
-    run({"skin", tall.c_str(), "--obj", tall1.c_str()});
-    const Outcome outcome = run({"morph", avatar.c_str(), tall.c_str(), "--ratio", "1", "--steps",
-                                 "3", "--obj", obj.c_str(), "--png", png.c_str()});
+    run({"skin", avatar, "--obj", short1});
+    run({"skin", tall, "--obj", tall1});
+    const Outcome outcome = run({"morph", avatar, tall, "--ratio", "1", "--steps", "3", "--obj",
+                                 path("morph.obj"), "--png", png});
     ASSERT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_THAT(outcome.err, IsEmpty());
     EXPECT_THAT(outcome.out, HasSubstr("avatar_tall.dae: 2786 vertices, 23 joints\n"));
     EXPECT_THAT(outcome.out, HasSubstr("  ratio 1       largest displacement of a vertex 0, of a "
                                        "joint 0\n"));
     EXPECT_THAT(outcome.out, HasSubstr("Wrote " + png + ": 3 scenes, "));
-    const std::vector<Eigen::Vector3d> own = readPoints("short.obj");
-    const std::vector<Eigen::Vector3d> others = readPoints("tall.obj");
-    ASSERT_EQ(own.size(), others.size());
-    std::vector<Eigen::Vector3d> middle;
-    for (std::size_t i = 0; i < own.size(); ++i)
-    {
-        middle.push_back((own[i] + others[i]) / 2.0);
-    }
+    const Points own = readPoints(short1);
+    const Points others = readPoints(tall1);
+    ASSERT_EQ(own.cols(), others.cols());
     constexpr double TOLERANCE = 2e-5; // of a person, in metres
-    EXPECT_LT(largestDistance(readPoints("morph-1.obj"), others), TOLERANCE);
-    EXPECT_LT(largestDistance(readPoints("morph-2.obj"), middle), TOLERANCE);
-    EXPECT_LT(largestDistance(readPoints("morph-3.obj"), own), TOLERANCE);
+    EXPECT_LT(largestDistance(readPoints(path("morph-1.obj")), others), TOLERANCE);
+    EXPECT_LT(largestDistance(readPoints(path("morph-2.obj")), (own + others) / 2.0), TOLERANCE);
+    EXPECT_LT(largestDistance(readPoints(path("morph-3.obj")), own), TOLERANCE);
     EXPECT_GT(largestDistance(own, others), 0.05);
     EXPECT_EQ(readFile("morph.png").substr(0, 8), "\x89PNG\r\n\x1a\n");
 }
@@ -207,25 +169,17 @@ TEST_F(SkinTool, MorphNumbersItsFilesInOrder)
 
 TEST_F(SkinTool, MorphTellsWhatDoesNotBlend)
 {
-    std::string text = readFile(avatar); // an absolute path
-    const std::string joint = "id=\"r_toes\"";
-    text.replace(text.find(joint), joint.size(), "id=\"r_foot\"");
-    std::ofstream(path("other.dae")) << text;
-    const std::string other = path("other.dae");
-    const Outcome joints = run({"morph", avatar.c_str(), other.c_str(), "--ratio", "0.5"});
+    const std::string other =
+        writeChanged("other.dae", avatar, {{"id=\"r_toes\"", "id=\"r_foot\""}});
+    const Outcome joints = run({"morph", avatar, other, "--ratio", "0.5"});
     EXPECT_EQ(joints.status, 0);
     EXPECT_THAT(joints.err, HasSubstr("1 of 23 joints of " + avatar + " are not in " + other +
                                       " (\"r_toes\"); the joints stay where they are\n"));
-    text = readFile(moving);
-    for (const auto& [from, to] :
-         {std::pair("\"quad\"", "\"human-template-lib\""),
-          std::pair("#quad", "#human-template-lib"), std::pair("\"body\"", "\"human-template\"")})
-    {
-        text.replace(text.find(from), std::string(from).size(), to);
-    }
-    std::ofstream(path("small.dae")) << text;
-    const std::string small = path("small.dae");
-    const Outcome vertices = run({"morph", small.c_str(), avatar.c_str(), "--ratio", "0.5"});
+    const std::string small = writeChanged("small.dae", moving,
+                                           {{"\"quad\"", "\"human-template-lib\""},
+                                            {"#quad", "#human-template-lib"},
+                                            {"\"body\"", "\"human-template\""}});
+    const Outcome vertices = run({"morph", small, avatar, "--ratio", "0.5"});
     EXPECT_EQ(vertices.status, 0) << vertices.err;
     EXPECT_THAT(vertices.err, HasSubstr("has 4 vertices, "));
     EXPECT_THAT(vertices.err, HasSubstr("; the vertices are not blended\n"));
@@ -236,56 +190,41 @@ TEST_F(SkinTool, WrongUseAndDocumentsThatDoNotFitAreRefused)
     const std::string still = write("still.dae", arm(skin("arm", "hand"), ""));
     const std::string bare = write("bare.dae", visualScene("<node id=\"human-template\"/>"));
     const std::string unused =
-        write("unused.dae", quad("<triangles>" + std::string(VERTEX_INPUT) + "</triangles>") +
-                                "<library_controllers>" + skin("arm", "hand") +
+        write("unused.dae", quad(triangleList("")) + "<library_controllers>" + skin("arm", "hand") +
                                 "</library_controllers>" + visualScene("<node/>"));
-    const char* const file = moving.c_str();
-    const char* const person = avatar.c_str();
-    const std::string missing = path("missing/out.obj");
-    const std::string seriesOver = path("series.obj");
+    const std::string& file = moving;
     const std::string input = path("series-2.obj");
     fs::copy_file(avatar, input);
-    struct Row
-    {
-        std::vector<const char*> arguments;
-        int status;
-        const char* message;
-    };
-    const std::vector<Row> rows = {
+    expectRefused({
         {{"skin"}, 2, "FILE is required"},
         {{"skin", file, "--time", "-1"}, 2, "--time"},
         {{"skin", file, "--json", "--obj", "out.obj"}, 2, "excludes"},
         {{"skin", file, "--json", "--png", "out.png"}, 2, "excludes"},
         {{"skin", file, "--png", file}, 2, "--png: would write over"},
-        {{"skin", bare.c_str()}, 1, "bare.dae holds no controller\n"},
-        {{"skin", unused.c_str()}, 1, "no node in the scene of"},
-        {{"skin", still.c_str(), "--time", "0"}, 1, "still.dae holds no animation\n"},
+        {{"skin", bare}, 1, "bare.dae holds no controller\n"},
+        {{"skin", unused}, 1, "no node in the scene of"},
+        {{"skin", still, "--time", "0"}, 1, "still.dae holds no animation\n"},
         {{"skin", file, "--time", "1.1"}, 1, "--time 1.1: the animation ends at 1 s\n"},
-        {{"morph", person}, 2, "TARGET is required"},
-        {{"morph", person, person}, 2, "--ratio is required"},
-        {{"morph", person, person, "--ratio", "1.01"}, 2, "\"1.01\" is no number from 0 to 1"},
-        {{"morph", person, person, "--ratio", "-0.01"}, 2, "is no number from 0 to 1"},
-        {{"morph", person, person, "--ratio", "nan"}, 2, "is no number from 0 to 1"},
-        {{"morph", person, person, "--ratio", "1", "--steps", "0"}, 2, "--steps"},
-        {{"morph", input.c_str(), person, "--ratio", "1", "--steps", "3", "--obj",
-          seriesOver.c_str()},
+        {{"morph", avatar}, 2, "TARGET is required"},
+        {{"morph", avatar, avatar}, 2, "--ratio is required"},
+        {{"morph", avatar, avatar, "--ratio", "1.01"}, 2, "\"1.01\" is no number from 0 to 1"},
+        {{"morph", avatar, avatar, "--ratio", "-0.01"}, 2, "is no number from 0 to 1"},
+        {{"morph", avatar, avatar, "--ratio", "nan"}, 2, "is no number from 0 to 1"},
+        {{"morph", avatar, avatar, "--ratio", "1", "--steps", "0"}, 2, "--steps"},
+        {{"morph", input, avatar, "--ratio", "1", "--steps", "3", "--obj", path("series.obj")},
          2,
          "--obj: would write over"},
-        {{"morph", person, bare.c_str(), "--ratio", "1"},
+        {{"morph", avatar, bare, "--ratio", "1"},
          1,
          "error: Invalid morph targets. Missing avatar controller.\n"},
-        {{"morph", file, person, "--ratio", "0"},
+        {{"morph", file, avatar, "--ratio", "0"},
          1,
          "error: Invalid morph targets. Missing avatar controller.\n"},
-        {{"morph", person, person, "--ratio", "1", "--obj", missing.c_str()}, 1, "can't write"},
-    };
-    for (const Row& row : rows)
-    {
-        SCOPED_TRACE(::testing::PrintToString(row.arguments));
-        const Outcome outcome = run(row.arguments);
-        EXPECT_EQ(outcome.status, row.status);
-        EXPECT_THAT(outcome.out, Not(HasSubstr("Wrote")));
-        EXPECT_THAT(outcome.err, HasSubstr(row.message));
-    }
+    });
+    const Outcome late =
+        run({"morph", avatar, avatar, "--ratio", "1", "--obj", path("missing/out.obj")});
+    EXPECT_EQ(late.status, 1);
+    EXPECT_THAT(late.out, Not(HasSubstr("Wrote")));
+    EXPECT_THAT(late.err, HasSubstr("can't write"));
 }
 } // namespace velmoran::examples::test

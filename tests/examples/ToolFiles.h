@@ -3,6 +3,7 @@
 #include "tests/examples/ColladaText.h"
 #include "tests/examples/ToolRun.h"
 
+#include <Eigen/Core>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -10,12 +11,75 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
-#include <vector>
 
 // Files to run the program on.
 namespace velmoran::examples::test
 {
+using nlohmann::json;
+
+/// What a command that has to succeed writes as JSON.
+inline json runJson(std::vector<std::string> arguments)
+{
+    arguments.push_back("--json");
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    return json::parse(outcome.out, nullptr, false);
+}
+
+/// Checks that an object holds what `part` tells; there nothing is null.
+inline void expectHolds(const json& object, const std::string& part)
+{
+    json merged = object;
+    merged.merge_patch(json::parse(part));
+    EXPECT_EQ(merged, object);
+}
+
+/// A command that ends with a status other than 0 and a message.
+struct Refusal
+{
+    std::vector<std::string> arguments;
+    int status;
+    const char* message; ///< a part of it
+};
+
+/// Each writes nothing but its message: one line when the fault is none of usage.
+inline void expectRefused(const std::vector<Refusal>& rows)
+{
+    for (const Refusal& row : rows)
+    {
+        SCOPED_TRACE(::testing::PrintToString(row.arguments));
+        const Outcome outcome = run(row.arguments);
+        EXPECT_EQ(outcome.status, row.status);
+        EXPECT_THAT(outcome.out, ::testing::IsEmpty());
+        EXPECT_THAT(outcome.err, ::testing::HasSubstr(row.message));
+        EXPECT_EQ(outcome.err.find('\n') == outcome.err.size() - 1, row.status == 1);
+    }
+}
+
+inline std::string readFile(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+using Points = Eigen::Matrix3Xd; ///< in columns
+
+/// The points of an OBJ file, or its normals.
+inline Points readPoints(const std::string& path, const std::string& kind = "v ")
+{
+    std::istringstream in(readFile(path));
+    std::vector<double> numbers;
+    for (std::string line; std::getline(in, line);)
+    {
+        std::istringstream words(line.rfind(kind, 0) == 0 ? line.substr(kind.size()) : "");
+        for (double number = 0.0; words >> number;)
+        {
+            numbers.push_back(number);
+        }
+    }
+    return Eigen::Map<const Points>(numbers.data(), 3, Eigen::Index(numbers.size() / 3));
+}
+
 /// A folder of its own for each case.
 class ToolFolder : public ::testing::Test
 {
@@ -33,20 +97,20 @@ protected:
         return path(name);
     }
 
-    std::string readFile(const std::string& name) const
+    /// Writes a document like that in the file `original`, the first of each word replaced.
+    std::string writeChanged(const std::string& name, const std::string& original,
+                             const std::vector<std::pair<std::string, std::string>>& words) const
     {
-        std::ifstream in(path(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+        std::string text = test::readFile(original);
+        for (const auto& [from, to] : words)
+        {
+            text.replace(text.find(from), from.size(), to);
+        }
+        std::ofstream(path(name)) << text;
+        return path(name);
     }
 
-    /// What a command that has to succeed writes as JSON.
-    static nlohmann::json runJson(std::vector<const char*> arguments)
-    {
-        arguments.push_back("--json");
-        const Outcome outcome = run(arguments);
-        EXPECT_EQ(outcome.status, 0) << outcome.err;
-        return nlohmann::json::parse(outcome.out, nullptr, false);
-    }
+    std::string readFile(const std::string& name) const { return test::readFile(path(name)); }
 
 private:
     std::filesystem::path m_folder =
@@ -65,9 +129,7 @@ inline std::string exampleDocument(const std::string& name)
 struct SharedDocument
 {
     std::string file;
-    nlohmann::json reference;
-
-    bool isWhole() const { return reference.value("well_formed", true); }
+    json reference;
 };
 
 /// Those of the folder that the environment names; none without it.
@@ -87,7 +149,7 @@ inline std::vector<SharedDocument> sharedDocuments()
         if (entry.path().extension() == ".dae" && fs::exists(reference))
         {
             std::ifstream in(reference);
-            documents.push_back({entry.path().string(), nlohmann::json::parse(in)});
+            documents.push_back({entry.path().string(), json::parse(in)});
         }
     }
     return documents;
@@ -96,10 +158,29 @@ inline std::vector<SharedDocument> sharedDocuments()
 /// The same without those that are cut off.
 inline std::vector<SharedDocument> wholeSharedDocuments()
 {
-    std::vector<SharedDocument> documents = sharedDocuments();
-    documents.erase(std::remove_if(documents.begin(), documents.end(),
-                                   [](const SharedDocument& each) { return !each.isWhole(); }),
-                    documents.end());
-    return documents;
+    std::vector<SharedDocument> whole;
+    for (const SharedDocument& document : sharedDocuments())
+    {
+        if (document.reference.value("well_formed", true))
+        {
+            whole.push_back(document);
+        }
+    }
+    return whole;
+}
+
+/// The files of such documents, behind those of the repository's documents `own`.
+inline std::vector<std::string> wholeDocuments(const std::vector<std::string>& own)
+{
+    std::vector<std::string> files;
+    for (const std::string& name : own)
+    {
+        files.push_back(exampleDocument(name));
+    }
+    for (const SharedDocument& document : wholeSharedDocuments())
+    {
+        files.push_back(document.file);
+    }
+    return files;
 }
 } // namespace velmoran::examples::test

@@ -16,12 +16,16 @@ struct Outcome
     std::string err;
 };
 
-inline Outcome run(std::vector<const char*> arguments, bool errIsTerminal = false)
+inline Outcome run(const std::vector<std::string>& arguments, bool errIsTerminal = false)
 {
-    arguments.insert(arguments.begin(), "scenetool");
+    std::vector<const char*> words = {"scenetool"};
+    for (const std::string& argument : arguments)
+    {
+        words.push_back(argument.c_str());
+    }
     std::ostringstream out;
     std::ostringstream err;
-    const int status = runSceneTool(static_cast<int>(arguments.size()), arguments.data(),
+    const int status = runSceneTool(static_cast<int>(words.size()), words.data(),
                                     {out, err, false, errIsTerminal});
     return {status, out.str(), err.str()};
 }
