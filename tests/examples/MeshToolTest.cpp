@@ -107,7 +107,7 @@ TEST_F(MeshTool, KeptPolygonsAreToldOfAndWrittenButNotEdited)
     EXPECT_THAT(run({"info", file, "--keep-polygons"}).out,
                 HasSubstr("  quad              4          3         1  (0, 0, 0)"));
 
-    for (const auto& [document, reference] : wholeSharedDocuments())
+    for (const auto& [document, reference] : wholeOtherDocuments())
     {
         SCOPED_TRACE(document);
         const json kept = runJson({"info", document, "--keep-polygons"})["totals"];

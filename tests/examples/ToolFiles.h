@@ -126,17 +126,17 @@ inline std::string exampleDocument(const std::string& name)
 }
 
 /// A document of another program, and the facts that are known of it.
-struct SharedDocument
+struct OtherDocument
 {
     std::string file;
     json reference;
 };
 
 /// Those of the folder that the environment names; none without it.
-inline std::vector<SharedDocument> sharedDocuments()
+inline std::vector<OtherDocument> otherDocuments()
 {
     namespace fs = std::filesystem;
-    std::vector<SharedDocument> documents;
+    std::vector<OtherDocument> documents;
     const char* const folder = std::getenv("VELMORAN_MODELS");
     if (folder == nullptr || !fs::is_directory(folder))
     {
@@ -156,10 +156,10 @@ inline std::vector<SharedDocument> sharedDocuments()
 }
 
 /// The same without those that are cut off.
-inline std::vector<SharedDocument> wholeSharedDocuments()
+inline std::vector<OtherDocument> wholeOtherDocuments()
 {
-    std::vector<SharedDocument> whole;
-    for (const SharedDocument& document : sharedDocuments())
+    std::vector<OtherDocument> whole;
+    for (const OtherDocument& document : otherDocuments())
     {
         if (document.reference.value("well_formed", true))
         {
@@ -177,7 +177,7 @@ inline std::vector<std::string> wholeDocuments(const std::vector<std::string>& o
     {
         files.push_back(exampleDocument(name));
     }
-    for (const SharedDocument& document : wholeSharedDocuments())
+    for (const OtherDocument& document : wholeOtherDocuments())
     {
         files.push_back(document.file);
     }

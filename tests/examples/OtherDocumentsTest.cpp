@@ -90,7 +90,7 @@ void compareFacts(const json& expected, const json& actual, double part = 1e-6)
 class Model
 {
 public:
-    explicit Model(const SharedDocument& document)
+    explicit Model(const OtherDocument& document)
         : m_document(document.file),
           m_result(ColladaReader().readFile(m_document, m_scene)),
           m_reference(document.reference)
@@ -261,14 +261,14 @@ private:
 };
 } // namespace
 
-TEST(SharedModelsTest, DocumentsOfOtherProgramsHoldTheKnownFacts)
+TEST(OtherDocumentsTest, DocumentsOfOtherProgramsHoldTheKnownFacts)
 {
-    const std::vector<SharedDocument> documents = sharedDocuments();
+    const std::vector<OtherDocument> documents = otherDocuments();
     if (documents.empty())
     {
         GTEST_SKIP() << "VELMORAN_MODELS names no folder of documents";
     }
-    for (const SharedDocument& document : documents)
+    for (const OtherDocument& document : documents)
     {
         SCOPED_TRACE(document.file);
         Model(document).compare();
