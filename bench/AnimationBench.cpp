@@ -228,7 +228,7 @@ void seekOurs(benchmark::State& state, std::size_t keys)
                    played.manager->update(boost::posix_time::time_duration());
                });
 }
-BENCHMARK_CAPTURE(seekOurs, few, KEYS)->Name("seek/ours, 100 keys")->Apply(atFewNodes);
+BENCHMARK_CAPTURE(seekOurs, few, KEYS)->Name("seek/ours, 100 keys")->Apply(atFewNodes)->Arg(160);
 BENCHMARK_CAPTURE(seekOurs, many, MANY_KEYS)->Name("seek/ours, 10,000 keys")->Apply(atFewNodes);
 } // namespace
 } // namespace velmoran::bench
