@@ -1,6 +1,5 @@
 #pragma once
 
-#include "scene/Export.h"
 #include "scene/animation/EvaluatedPose.h"
 #include "scene/animation/KeyTimes.h"
 #include "scene/animation/PoseLanes.h"

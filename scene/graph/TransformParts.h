@@ -1,7 +1,5 @@
 #pragma once
 
-#include "scene/Export.h"
-
 #include <Eigen/Core>
 
 #include <cmath>
